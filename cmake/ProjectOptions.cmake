@@ -1,0 +1,27 @@
+# Compiler settings shared by every target, as interface targets.
+
+option(BATTERY_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+option(BATTERY_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+add_library(project_warnings INTERFACE)
+target_compile_options(project_warnings INTERFACE -Wall -Wextra)
+if(BATTERY_WARNINGS_AS_ERRORS)
+  target_compile_options(project_warnings INTERFACE -Werror)
+endif()
+
+add_library(project_sanitizers INTERFACE)
+if(BATTERY_SANITIZE)
+  target_compile_options(project_sanitizers INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(project_sanitizers INTERFACE -fsanitize=address,undefined)
+endif()
+
+add_library(project_options INTERFACE)
+target_link_libraries(project_options INTERFACE project_warnings project_sanitizers)
+if(WIN32)
+  # The Windows build: lean headers, no min/max macros, Windows 7 API level,
+  # and a runtime linked in so the DLL stands alone.
+  target_compile_definitions(project_options INTERFACE
+    WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 UNICODE _UNICODE)
+  target_link_options(project_options INTERFACE -static -static-libgcc -static-libstdc++)
+endif()

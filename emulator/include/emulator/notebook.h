@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "emulator/clock.h"
+#include "emulator/counters.h"
+#include "emulator/embedded_controller.h"
+#include "emulator/emulator_api.h"
+#include "emulator/scenario.h"
+#include "emulator/scenario_loader.h"
+
+namespace emulator {
+
+// The one emulated machine of the process. The platform layer, the host
+// library stand-ins and the host all reach it here.
+class EMULATOR_API Notebook {
+public:
+    static Notebook &instance();
+
+    // Loads a built-in scenario or a file. On error the machine stays as it
+    // was and the result names the file and the field.
+    LoadResult load(const std::string &nameOrPath);
+    // Puts the machine into the state the scenario describes: clock,
+    // counters and every piece start afresh.
+    void install(const Scenario &scenario);
+    const Scenario &scenario();
+
+    Clock &clock() {
+        ensureInstalled();
+        return clock_;
+    }
+    Counters &counters() {
+        ensureInstalled();
+        return counters_;
+    }
+
+    uint32_t portWrite(uint16_t port, uint8_t value);
+    uint32_t portRead(uint16_t port, uint8_t *value);
+
+    // The scenario named by EMULATED_NOTEBOOK, or "default".
+    static std::string scenarioFromEnvironment();
+
+private:
+    Notebook() = default;
+    void ensureInstalled();
+
+    std::recursive_mutex mutex_;
+    bool installed_ = false;
+    Scenario scenario_;
+    Clock clock_;
+    Counters counters_;
+    EmbeddedController controller_;
+};
+
+} // namespace emulator

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// A machine description, as loaded from a scenario file. Every section has
+// defaults, so a scenario names only what differs from a plain notebook.
+namespace emulator {
+
+struct ManufactureDate {
+    uint32_t year = 2020;
+    uint32_t month = 1;
+    uint32_t day = 1;
+};
+
+// One battery in real units. The embedded controller and the operating
+// system's battery driver both show this same battery.
+struct BatteryDescription {
+    uint32_t slot = 0; // controller position: 0 main, 1 secondary
+    bool present = true;
+    std::string manufacturer;
+    std::string deviceName;
+    std::string chemistry = "LION"; // as the battery itself reports it
+    uint32_t serialNumber = 0;
+    ManufactureDate manufactureDate;
+    std::string capacityUnit = "mWh"; // "mWh" or "mAh"
+    uint32_t designCapacity = 0;
+    uint32_t fullChargeCapacity = 0;
+    uint32_t designVoltage_mV = 0;
+    double temperature_C = 25.0;
+    uint32_t cycleCount = 0;
+    uint32_t cycleScale = 0;
+    bool overTemperature = false;
+    std::string authenticity = "genuine"; // genuine, authorized, not-authenticated, unknown
+    double chargePercent = 80.0;
+    std::string uniqueId; // the driver's unique identifier; empty when it gives none
+};
+
+struct ControllerSection {
+    bool present = false; // an embedded controller that answers on ports 0x1610/0x1611
+    uint32_t busyPolls = 0; // polls for which each command keeps the controller busy
+};
+
+struct Scenario {
+    std::string name;
+    std::string description;
+    std::string source; // the file it came from, or "built-in"
+    uint32_t startTick = 0;
+    ControllerSection controller;
+    std::vector<BatteryDescription> batteries;
+};
+
+} // namespace emulator

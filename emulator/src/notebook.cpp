@@ -1,0 +1,71 @@
+#include "emulator/notebook.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace emulator {
+
+Notebook &Notebook::instance() {
+    static Notebook notebook;
+    return notebook;
+}
+
+std::string Notebook::scenarioFromEnvironment() {
+    const char *name = std::getenv("EMULATED_NOTEBOOK");
+    return (name != nullptr && *name != '\0') ? name : "default";
+}
+
+LoadResult Notebook::load(const std::string &nameOrPath) {
+    LoadResult result = loadScenario(nameOrPath);
+    if (result.ok) {
+        install(result.scenario);
+    }
+    return result;
+}
+
+void Notebook::install(const Scenario &scenario) {
+    std::lock_guard<std::recursive_mutex> lock(mutex_);
+    scenario_ = scenario;
+    clock_.reset(scenario.startTick);
+    counters_ = Counters();
+    controller_.install(scenario);
+    installed_ = true;
+}
+
+const Scenario &Notebook::scenario() {
+    ensureInstalled();
+    return scenario_;
+}
+
+// A program that uses the machine without loading a scenario first (a host
+// that knows nothing of the emulator) gets the one its environment names.
+void Notebook::ensureInstalled() {
+    std::lock_guard<std::recursive_mutex> lock(mutex_);
+    if (installed_) return;
+    const LoadResult result = loadScenario(scenarioFromEnvironment());
+    if (!result.ok) {
+        std::fprintf(stderr, "emulated notebook: %s; using an empty machine\n",
+                     result.error.c_str());
+    }
+    install(result.ok ? result.scenario : Scenario());
+}
+
+uint32_t Notebook::portWrite(uint16_t port, uint8_t value) {
+    ensureInstalled();
+    std::lock_guard<std::recursive_mutex> lock(mutex_);
+    ++counters_.portAccesses;
+    const uint32_t status = controller_.write(port, value);
+    if (status != 0) ++counters_.portFailures;
+    return status;
+}
+
+uint32_t Notebook::portRead(uint16_t port, uint8_t *value) {
+    ensureInstalled();
+    std::lock_guard<std::recursive_mutex> lock(mutex_);
+    ++counters_.portAccesses;
+    const uint32_t status = controller_.read(port, value);
+    if (status != 0) ++counters_.portFailures;
+    return status;
+}
+
+} // namespace emulator

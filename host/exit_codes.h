@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include "battery_module/test_result_code.h"
+
+// The host's exit codes: 0 when every test succeeded; otherwise the code of
+// the most severe result; 2 for a usage error; 69 when the module could not
+// be loaded or gave no interface.
+namespace exit_codes {
+
+inline constexpr int kSuccess = 0;
+inline constexpr int kUsage = 2;
+inline constexpr int kNoModule = 69;
+
+// Most severe first. A result code the module does not define ranks with a
+// failure, so that it never passes for success.
+inline int forResults(const std::vector<TestResultCode> &results) {
+    static constexpr TestResultCode severity[] = {ResultFailed, ResultInvalid, ResultAborted,
+                                                  ResultWarning, ResultNotApplicable};
+    bool unknown = false;
+    for (TestResultCode result : results) {
+        bool known = result == ResultSuccess;
+        for (TestResultCode code : severity) known = known || result == code;
+        unknown = unknown || !known;
+    }
+    if (unknown) return ResultFailed;
+    for (TestResultCode code : severity) {
+        for (TestResultCode result : results) {
+            if (result == code) return code;
+        }
+    }
+    return kSuccess;
+}
+
+} // namespace exit_codes

@@ -1,0 +1,56 @@
+#include "module_session.h"
+
+#include <cstdio>
+#include <sstream>
+
+namespace module_session {
+
+namespace {
+constexpr uint32_t kQuickDiagnostic = 1;
+constexpr uint32_t kTemperatureTest = 4;
+constexpr uint16_t kBatteryModule = 12;
+} // namespace
+
+bool isSmartPath(ModuleInterface &module) {
+    return findTest(module, EntityId(kBatteryModule, kQuickDiagnostic, kTemperatureTest)) != nullptr;
+}
+
+void prepareComponents(ModuleInterface &module) {
+    SystemComponentManager *manager = module.getComponentManager();
+    if (manager != nullptr && !isSmartPath(module)) {
+        manager->refreshComponents();
+    }
+}
+
+std::string idText(const EntityId &id) {
+    return std::to_string(id.module()) + "." + std::to_string(id.diagnostic()) + "." +
+           std::to_string(id.test());
+}
+
+bool parseId(const std::string &text, EntityId &id) {
+    unsigned long parts[3];
+    char dot1 = 0, dot2 = 0;
+    std::istringstream stream(text);
+    if (!(stream >> parts[0] >> dot1 >> parts[1] >> dot2 >> parts[2]) || dot1 != '.' ||
+        dot2 != '.' || stream.peek() != EOF || parts[0] > 0xFFFF || parts[1] > 0xFFFFFF ||
+        parts[2] > 0xFFFFFF) {
+        return false;
+    }
+    id = EntityId(static_cast<uint16_t>(parts[0]), static_cast<uint32_t>(parts[1]),
+                  static_cast<uint32_t>(parts[2]));
+    return true;
+}
+
+Test *findTest(ModuleInterface &module, const EntityId &id, Diagnostic **owner) {
+    for (uint32_t d = 0; d < module.getDiagnosticCount(); ++d) {
+        Diagnostic *diagnostic = module.getDiagnostic(d);
+        if (diagnostic == nullptr) continue;
+        if (Test *test = diagnostic->findTest(id)) {
+            if (owner != nullptr) *owner = diagnostic;
+            return test;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace module_session

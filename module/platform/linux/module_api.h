@@ -1,0 +1,3 @@
+#pragma once
+// Symbols the module library exports; everything else is hidden.
+#define BATTERY_MODULE_API __attribute__((visibility("default")))

@@ -1,0 +1,3 @@
+#pragma once
+// The module's .def file names the exports.
+#define BATTERY_MODULE_API

@@ -1,0 +1,2 @@
+#pragma once
+#define HOSTLIB_API __attribute__((visibility("default")))

@@ -1,0 +1,2 @@
+#pragma once
+#define PORTLIB_API __attribute__((visibility("default")))

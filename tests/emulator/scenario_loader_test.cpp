@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+
+#include "emulator/notebook.h"
+#include "emulator/scenario_loader.h"
+
+using emulator::loadScenario;
+using emulator::parseScenario;
+
+TEST(ScenarioLoader, EveryBuiltInScenarioLoads) {
+    const auto builtins = emulator::builtinScenarios();
+    ASSERT_FALSE(builtins.empty());
+    for (const auto &builtin : builtins) {
+        const auto result = loadScenario(builtin.name);
+        EXPECT_TRUE(result.ok) << result.error;
+        EXPECT_EQ(result.scenario.name, builtin.name) << "file name and name field differ";
+        EXPECT_FALSE(builtin.description.empty()) << builtin.name;
+    }
+}
+
+TEST(ScenarioLoader, ReadsABatteryInRealUnits) {
+    const auto result = parseScenario(R"({
+        "name": "x", "startTick": 5, "controller": {"present": true, "busyPolls": 3},
+        "batteries": [{"slot": 1, "capacityUnit": "mAh", "designCapacity": 5000,
+                       "temperature_C": -5.5, "manufactureDate": {"year": 2017, "month": 3, "day": 11}}]
+    })", "inline");
+    ASSERT_TRUE(result.ok) << result.error;
+    const auto &battery = result.scenario.batteries.at(0);
+    EXPECT_EQ(result.scenario.startTick, 5u);
+    EXPECT_TRUE(result.scenario.controller.present);
+    EXPECT_EQ(result.scenario.controller.busyPolls, 3u);
+    EXPECT_EQ(battery.slot, 1u);
+    EXPECT_EQ(battery.capacityUnit, "mAh");
+    EXPECT_EQ(battery.designCapacity, 5000u);
+    EXPECT_DOUBLE_EQ(battery.temperature_C, -5.5);
+    EXPECT_EQ(battery.manufactureDate.year, 2017u);
+}
+
+struct BadScenario {
+    const char *text;
+    const char *expectedInError;
+};
+
+class MalformedScenario : public ::testing::TestWithParam<BadScenario> {};
+
+TEST_P(MalformedScenario, GivesOneClearErrorNamingFileAndField) {
+    const auto result = parseScenario(GetParam().text, "bad.json");
+    EXPECT_FALSE(result.ok);
+    EXPECT_NE(result.error.find("bad.json"), std::string::npos) << result.error;
+    EXPECT_NE(result.error.find(GetParam().expectedInError), std::string::npos) << result.error;
+    EXPECT_EQ(result.error.find('\n'), std::string::npos) << "one line";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, MalformedScenario,
+    ::testing::Values(
+        BadScenario{"{ \"name\": ", "not valid JSON"},
+        BadScenario{"[]", "expected an object"},
+        BadScenario{"{}", "field 'name': missing"},
+        BadScenario{R"({"name": 5})", "field 'name': expected a string"},
+        BadScenario{R"({"name": "x", "startTick": -1})", "field 'startTick'"},
+        BadScenario{R"({"name": "x", "startTick": 4294967296})", "must not exceed"},
+        BadScenario{R"({"name": "x", "controller": {"present": "yes"}})",
+                    "field 'controller.present': expected true or false"},
+        BadScenario{R"({"name": "x", "batteries": [{"slot": 2}]})", "field 'batteries[0].slot'"},
+        BadScenario{R"({"name": "x", "batteries": [{}, {"capacityUnit": "Wh"}]})",
+                    "field 'batteries[1].capacityUnit': expected one of mWh, mAh"},
+        BadScenario{R"({"name": "x", "batteries": [{"chargePercent": 101}]})",
+                    "batteries[0].chargePercent"},
+        BadScenario{R"({"name": "x", "batteries": [{}, {}, {}]})", "at most two"},
+        BadScenario{R"({"name": "x", "colour": "red"})", "field 'colour': unknown field"}));
+
+TEST(ScenarioLoader, UnknownNamesAndMissingFilesAreRefused) {
+    const auto unknown = loadScenario("no-such-scenario");
+    EXPECT_FALSE(unknown.ok);
+    EXPECT_NE(unknown.error.find("unknown built-in scenario 'no-such-scenario'"), std::string::npos);
+    EXPECT_NE(unknown.error.find("default"), std::string::npos) << "lists the known names";
+    const auto missing = loadScenario("/nonexistent/x.json");
+    EXPECT_FALSE(missing.ok);
+    EXPECT_NE(missing.error.find("cannot be opened"), std::string::npos);
+}
+
+TEST(Notebook, AFailedLoadLeavesTheMachineAsItWas) {
+    auto &notebook = emulator::Notebook::instance();
+    ASSERT_TRUE(notebook.load("default").ok);
+    const std::string path = ::testing::TempDir() + "half.json";
+    std::ofstream(path) << R"({"name": "half", "batteries": [{"designCapacity": "big"}]})";
+    const auto result = notebook.load(path);
+    EXPECT_FALSE(result.ok);
+    EXPECT_NE(result.error.find("batteries[0].designCapacity"), std::string::npos) << result.error;
+    EXPECT_EQ(notebook.scenario().name, "default");
+    std::remove(path.c_str());
+}
