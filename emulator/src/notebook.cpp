@@ -1,9 +1,11 @@
 #include "emulator/notebook.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
+#include "battery_physics.h"
 #include "display_device.h"
 
 namespace emulator {
@@ -33,6 +35,10 @@ void Notebook::install(const Scenario &scenario) {
     counters_ = Counters();
     controller_.install(scenario);
     batteries_ = scenario.batteries;
+    physicsAtMs_ = 0;
+    nextEvent_ = 0;
+    systemEvents_ = 0;
+    stopRequested_ = false;
     registry_.install(scenario);
     power_.install(scenario);
     devices_.clear();
@@ -60,8 +66,71 @@ void Notebook::ensureInstalled() {
     install(result.ok ? result.scenario : Scenario());
 }
 
-uint32_t Notebook::systemBatteryPercent() {
+void Notebook::catchUp() {
     ensureInstalled();
+    std::lock_guard<std::recursive_mutex> lock(mutex_);
+    const uint64_t now = clock_.elapsedMs();
+    const auto &timeline = scenario_.timeline;
+    for (;;) {
+        const bool eventDue = nextEvent_ < timeline.size() && timeline[nextEvent_].atMs <= now;
+        const uint64_t until = eventDue ? std::max(physicsAtMs_, timeline[nextEvent_].atMs) : now;
+        for (BatteryDescription &battery : batteries_) {
+            advanceCharge(battery, scenario_.physics, power_, until - physicsAtMs_);
+        }
+        physicsAtMs_ = until;
+        if (!eventDue) break;
+        apply(timeline[nextEvent_++]);
+    }
+}
+
+void Notebook::apply(const TimelineEvent &event) {
+    using Kind = TimelineEvent::Kind;
+    switch (event.kind) {
+    case Kind::AcPlug:
+    case Kind::AcUnplug:
+        power_.ac = event.kind == Kind::AcPlug;
+        power_.changes.push_back({event.atMs, "ac", power_.ac ? 1u : 0u});
+        break;
+    case Kind::BatteryRemove:
+    case Kind::BatteryInsert:
+        for (BatteryDescription &battery : batteries_) {
+            if (battery.slot == event.slot) battery.present = event.kind == Kind::BatteryInsert;
+        }
+        break;
+    case Kind::SystemEvent:
+        systemEvents_ |= event.bits;
+        break;
+    case Kind::StopRequest:
+        stopRequested_ = true;
+        break;
+    }
+}
+
+void Notebook::setAcLine(bool on) {
+    catchUp();
+    std::lock_guard<std::recursive_mutex> lock(mutex_);
+    if (power_.ac == on) return;
+    power_.ac = on;
+    power_.changes.push_back({clock_.elapsedMs(), "ac", on ? 1u : 0u});
+}
+
+uint32_t Notebook::systemEvents() {
+    catchUp();
+    return systemEvents_;
+}
+
+bool Notebook::stopRequested() {
+    catchUp();
+    return stopRequested_;
+}
+
+bool Notebook::userIgnoresPrompts() {
+    ensureInstalled();
+    return scenario_.user.ignoresPrompts;
+}
+
+uint32_t Notebook::systemBatteryPercent() {
+    catchUp();
     if (power_.faults.batteryLifePercent >= 0) {
         return static_cast<uint32_t>(power_.faults.batteryLifePercent);
     }

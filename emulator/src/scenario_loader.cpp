@@ -1,5 +1,6 @@
 #include "emulator/scenario_loader.h"
 
+#include <cstdint>
 #include <fstream>
 #include <sstream>
 
@@ -117,9 +118,51 @@ DisplaySection parseDisplay(const JsonFields &fields) {
     return display;
 }
 
+PhysicsSection parsePhysics(const JsonFields &fields) {
+    fields.allowOnly({"drainPerMinute", "brightnessDrainPerMinute", "highPerformanceFactor",
+                      "powerSaverFactor", "chargePerMinute", "dischargeStuck", "chargeStuck"});
+    PhysicsSection physics;
+    const auto rate = [&fields](const char *key, double fallback) {
+        const double value = fields.number(key, fallback);
+        if (value < 0) throw FieldError(fields.pathOf(key), "must not be negative");
+        return value;
+    };
+    physics.drainPerMinute = rate("drainPerMinute", physics.drainPerMinute);
+    physics.brightnessDrainPerMinute =
+        rate("brightnessDrainPerMinute", physics.brightnessDrainPerMinute);
+    physics.highPerformanceFactor = rate("highPerformanceFactor", physics.highPerformanceFactor);
+    physics.powerSaverFactor = rate("powerSaverFactor", physics.powerSaverFactor);
+    physics.chargePerMinute = rate("chargePerMinute", physics.chargePerMinute);
+    physics.dischargeStuck = fields.flag("dischargeStuck", physics.dischargeStuck);
+    physics.chargeStuck = fields.flag("chargeStuck", physics.chargeStuck);
+    return physics;
+}
+
+TimelineEvent parseEvent(const JsonFields &fields) {
+    fields.allowOnly({"at_ms", "event", "slot", "bits"});
+    TimelineEvent event;
+    event.atMs = fields.unsignedNumber("at_ms", 0, UINT64_MAX);
+    const std::string kind = fields.choice("event", "",
+                                           {"ac-plug", "ac-unplug", "battery-remove",
+                                            "battery-insert", "system-event", "stop-request"});
+    using Kind = TimelineEvent::Kind;
+    event.kind = kind == "ac-plug"          ? Kind::AcPlug
+                 : kind == "ac-unplug"      ? Kind::AcUnplug
+                 : kind == "battery-remove" ? Kind::BatteryRemove
+                 : kind == "battery-insert" ? Kind::BatteryInsert
+                 : kind == "system-event"   ? Kind::SystemEvent
+                                            : Kind::StopRequest;
+    event.slot = static_cast<uint32_t>(fields.unsignedNumber("slot", 0, 1));
+    event.bits = static_cast<uint32_t>(fields.unsignedNumber("bits", 0));
+    if (event.kind == Kind::SystemEvent && event.bits == 0) {
+        throw FieldError(fields.pathOf("bits"), "a system event needs bits");
+    }
+    return event;
+}
+
 Scenario parseTopLevel(const JsonFields &fields) {
-    fields.allowOnly(
-        {"name", "description", "startTick", "controller", "batteries", "os", "power", "display"});
+    fields.allowOnly({"name", "description", "startTick", "controller", "batteries", "os", "power",
+                      "display", "physics", "timeline", "user"});
     Scenario scenario;
     scenario.name = fields.requiredText("name");
     scenario.description = fields.text("description", "");
@@ -133,6 +176,19 @@ Scenario parseTopLevel(const JsonFields &fields) {
     if (fields.has("os")) scenario.os = parseOperatingSystem(fields.object("os"));
     if (fields.has("power")) scenario.power = parsePower(fields.object("power"));
     if (fields.has("display")) scenario.display = parseDisplay(fields.object("display"));
+    if (fields.has("physics")) scenario.physics = parsePhysics(fields.object("physics"));
+    for (const JsonFields &event : fields.objects("timeline")) {
+        scenario.timeline.push_back(parseEvent(event));
+        if (scenario.timeline.size() > 1 &&
+            scenario.timeline.back().atMs < scenario.timeline[scenario.timeline.size() - 2].atMs) {
+            throw FieldError(event.path(), "events must be in time order");
+        }
+    }
+    if (fields.has("user")) {
+        const JsonFields user = fields.object("user");
+        user.allowOnly({"ignoresPrompts"});
+        scenario.user.ignoresPrompts = user.flag("ignoresPrompts", false);
+    }
     if (scenario.batteries.size() > 2) {
         throw FieldError("batteries", "a notebook holds at most two batteries");
     }

@@ -47,15 +47,25 @@ public:
         ensureInstalled();
         return registry_;
     }
+    // The power line, scheme and display as they are now.
     PowerState &power() {
-        ensureInstalled();
+        catchUp();
         return power_;
     }
-    // The batteries as they are now; they start as the scenario describes them.
+    // The batteries as they are now: they start as the scenario describes
+    // them, and their charge moves with time.
     std::vector<BatteryDescription> &batteries() {
-        ensureInstalled();
+        catchUp();
         return batteries_;
     }
+
+    // What the user does: plugs or unplugs the AC cable (recorded as a change).
+    void setAcLine(bool on);
+    // Signals for the host that runs on this machine: event bits raised and
+    // a stop request, both from the scenario's timeline.
+    uint32_t systemEvents();
+    bool stopRequested();
+    bool userIgnoresPrompts();
     // The operating system's battery life percent: 255 without a battery.
     uint32_t systemBatteryPercent();
 
@@ -68,6 +78,9 @@ public:
 private:
     Notebook() = default;
     void ensureInstalled();
+    // Applies the physics and the timeline up to the clock's present.
+    void catchUp();
+    void apply(const TimelineEvent &event);
 
     std::recursive_mutex mutex_;
     bool installed_ = false;
@@ -79,6 +92,10 @@ private:
     DeviceRegistry registry_;
     PowerState power_;
     std::vector<BatteryDescription> batteries_;
+    uint64_t physicsAtMs_ = 0;
+    size_t nextEvent_ = 0;
+    uint32_t systemEvents_ = 0;
+    bool stopRequested_ = false;
 };
 
 } // namespace emulator

@@ -77,6 +77,31 @@ struct DisplaySection {
     bool refusesBrightness = false; // every brightness change fails
 };
 
+// How fast the charge moves, in percentage points per minute of virtual time.
+struct PhysicsSection {
+    double drainPerMinute = 0.35;           // on battery, display dark, balanced scheme
+    double brightnessDrainPerMinute = 0.45; // added at full brightness, in proportion below
+    double highPerformanceFactor = 1.5;     // drain factor of the high-performance scheme
+    double powerSaverFactor = 0.7;          // drain factor of the power-saver scheme
+    double chargePerMinute = 1.0;           // on AC, slowing over the last 20 points
+    bool dischargeStuck = false;            // the charge does not fall on battery
+    bool chargeStuck = false;               // the charge does not rise on AC
+};
+
+// Something that happens to the machine at a virtual time.
+struct TimelineEvent {
+    enum class Kind { AcPlug, AcUnplug, BatteryRemove, BatteryInsert, SystemEvent, StopRequest };
+    uint64_t atMs = 0;
+    Kind kind = Kind::AcPlug;
+    uint32_t slot = 0; // battery events
+    uint32_t bits = 0; // system events
+};
+
+// The person in front of the machine.
+struct UserSection {
+    bool ignoresPrompts = false; // asked to plug or unplug the AC cable, does nothing
+};
+
 struct Scenario {
     std::string name;
     std::string description;
@@ -87,6 +112,9 @@ struct Scenario {
     OperatingSystemSection os;
     PowerSection power;
     DisplaySection display;
+    PhysicsSection physics;
+    std::vector<TimelineEvent> timeline; // in time order
+    UserSection user;
 };
 
 } // namespace emulator
