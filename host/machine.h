@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 // The notebook the host runs on: the emulated one on Linux, the real one on
-// Windows. The host uses it to choose a scenario and to set the pace of time.
+// Windows. The host chooses a scenario and the pace of time through it, asks
+// it for the events a run must see, and lets it carry out what a prompt asks.
 class Machine {
 public:
     virtual ~Machine() = default;
@@ -12,8 +16,18 @@ public:
     virtual std::string selectScenario(const std::string &nameOrPath) = 0;
     virtual std::string describe() = 0;
     virtual void setTimeScale(double scale) = 0;
-    // Built-in scenarios as "name: description" lines.
-    virtual std::vector<std::string> scenarioList() = 0;
+    // Built-in scenarios as name and one line on what each shows.
+    virtual std::vector<std::pair<std::string, std::string>> scenarioList() = 0;
+
+    // System event bits and a stop request that the machine raised.
+    virtual uint32_t systemEvents() = 0;
+    virtual bool stopRequested() = 0;
+    // Does what a prompt asked: plug (true) or unplug the AC cable. The real
+    // machine leaves this to the person in front of it.
+    virtual void setAcCable(bool plugged) = 0;
+    virtual bool userIgnoresPrompts() = 0;
+    // Power scheme, brightness, AC line and their changes, for the report.
+    virtual nlohmann::json state() = 0;
 };
 
 Machine &currentMachine();

@@ -1,162 +1,293 @@
 // The substitute diagnostics host: loads the battery module by path and
 // drives it through its three exports and virtual operations only.
 
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include "battery_module/diagnostic.h"
 #include "battery_module/product_version.h"
-#include "console_run.h"
+#include "battery_module/resource.h"
+#include "command_line.h"
 #include "exit_codes.h"
+#include "host_run.h"
+#include "language.h"
 #include "machine.h"
 #include "module_library.h"
 #include "module_session.h"
+#include "report.h"
+#include "run_plan.h"
+#include "run_view.h"
 
 namespace {
 
-struct Options {
-    std::string modulePath;
-    std::string scenario;
-    bool list = false;
-    bool version = false;
-    std::vector<std::string> runIds;
-    uint32_t device = 0;
-    double timeScale = 1.0;
-};
+constexpr const char *kHostVersion = "1.0.0";
 
-void printVersion(ModuleLibrary &library) {
-    ProductVersion *version = library.getVersion();
-    std::printf("battery module %u.%u.%u.%u\n", version->getMajor(), version->getMinor(),
-                version->getRevision(), version->getBuild());
+const char *kHostHelpFooter = R"(
+Diagnostics (from the module's option tables; see the module's help below):
+  -Q, --quick                run every test of the quick diagnostic
+  -Q"h", --quick="h"         run chosen tests, by letter or name
+  -E, --extended             run the extended diagnostic (an addition of this host)
+  -E"d", --extended="d"      d: discharge test, c: charge test
+  [device id(s)]             0/1 on the smart path, bat on the generic path; default all
+
+Exit codes: 0 every test passed; otherwise the most severe result, in the order
+1 failed, 6 invalid, 4 aborted, 5 warning, 3 not applicable; 2 a usage error;
+69 the module could not be loaded or gave no interface.)";
+
+void buildHostOptions(CLI::App &app, HostOptions &options) {
+    app.add_option("--module", options.modulePath,
+                   "Path of the module library (default: beside this program)");
+    app.add_option("--scenario", options.scenario,
+                   "Emulated notebook: a built-in name, a JSON file, or 'list'");
+    app.add_flag("--list", options.list, "List diagnostics, tests and batteries");
+    app.add_flag("--version", options.version, "Print the host's and the module's versions");
+    app.add_flag("--json", options.json, "Print one JSON report instead of text");
+    app.add_flag("--keys", options.rawKeys, "Show the module's message keys, not English");
+    app.add_flag("-y,--yes", options.yes,
+                 "Answer every prompt by doing what it asks, without asking");
+    app.add_option("--duration", options.duration, "Minutes of an extended test (5 to 20)");
+    app.add_flag("--hold-above-charge", options.holdAboveCharge,
+                 "Discharge test: keep measuring while the charge is above 93 percent");
+    app.add_option("--run", options.runIds, "Run a test by identifier, e.g. 12.1.1");
+    app.add_option("--time-scale", options.timeScale,
+                   "Emulated time runs this many times faster than the wall clock")
+        ->check(CLI::PositiveNumber);
+    app.add_option("devices", options.devices, "Batteries to test (default: all)");
+    app.set_help_flag("-h,--help", "Show this help and the module's help text");
 }
 
-std::string nameOf(Resource *resource, const EntityId &id, bool diagnostic) {
-    if (resource == nullptr) return "";
-    return diagnostic ? resource->getDiagnosticName(id) : resource->getTestName(id);
+std::string lowered(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
 }
 
-void printProperties(const std::vector<ComponentProperty> &properties, const char *indent) {
+int usageError(const std::string &message, const CLI::App &app) {
+    std::fprintf(stderr, "error: %s\n", message.c_str());
+    std::fprintf(stderr,
+                 "usage: %s -Mbattery [-Q[\"tests\"] | -E[\"tests\"]] [device ids] "
+                 "[options]; see --help\n",
+                 app.get_name().c_str());
+    return exit_codes::kUsage;
+}
+
+void printProperties(const std::vector<ComponentProperty> &properties, const std::string &indent,
+                     const RunView &view) {
     for (const ComponentProperty &property : properties) {
-        std::printf("%s%s: %s\n", indent, property.key.c_str(), property.value.c_str());
+        std::printf("%s%s: %s\n", indent.c_str(), view.text(property.key).c_str(),
+                    view.text(property.value).c_str());
     }
 }
 
-void printLists(ModuleInterface &module) {
+void printLists(ModuleInterface &module, const RunView &view) {
     Resource *resource = module.getResource();
-    std::printf("path: %s\n", module_session::isSmartPath(module) ? "smart (embedded controller)"
-                                                                  : "generic (operating system)");
+    const bool smart = module_session::isSmartPath(module);
+    std::printf("path: %s\n", smart ? "smart (embedded controller)" : "generic (operating system)");
     std::printf("diagnostics:\n");
     for (uint32_t d = 0; d < module.getDiagnosticCount(); ++d) {
         Diagnostic *diagnostic = module.getDiagnostic(d);
         if (diagnostic == nullptr) continue;
         const EntityId id = diagnostic->getEntityId();
         std::printf("  %s  %s\n", module_session::idText(id).c_str(),
-                    nameOf(resource, id, true).c_str());
+                    view.text(resource->getDiagnosticName(id)).c_str());
+        std::printf("          %s\n", view.text(resource->getDiagnosticTooltip(id)).c_str());
         for (uint32_t t = 0; t < diagnostic->getTestCount(); ++t) {
             Test *test = diagnostic->getTest(t);
             if (test == nullptr) continue;
             const EntityId testId = test->getEntityId();
             std::printf("    %s  %s\n", module_session::idText(testId).c_str(),
-                        nameOf(resource, testId, false).c_str());
+                        view.text(resource->getTestName(testId)).c_str());
         }
     }
     std::printf("batteries:\n");
     SystemComponentManager *manager = module.getComponentManager();
-    const uint64_t count = manager != nullptr ? manager->getComponentCount() : 0;
+    const uint64_t count = manager->getComponentCount();
     if (count == 0) std::printf("  none\n");
     for (uint32_t c = 0; c < count; ++c) {
         SystemComponent *component = manager->getComponent(c);
         if (component == nullptr) continue;
         const ComponentInfo info = component->getInfo();
-        std::printf("  [%u] %s\n", c, info.name.c_str());
-        printProperties(info.properties, "      ");
+        std::printf("  %s  %s\n", run_plan::deviceIdOf(*component, smart).c_str(),
+                    view.text(info.name).c_str());
+        printProperties(info.properties, "      ", view);
         for (const ComponentInfoGroup &group : component->getInfoGroups()) {
-            std::printf("      %s\n", group.name.c_str());
-            printProperties(group.properties, "        ");
+            std::printf("      %s\n", view.text(group.name).c_str());
+            printProperties(group.properties, "        ", view);
         }
     }
 }
 
-int runTests(ModuleInterface &module, const Options &options) {
-    std::vector<TestResultCode> results;
-    SystemComponentManager *manager = module.getComponentManager();
-    SystemComponent *target = manager != nullptr ? manager->getComponent(options.device) : nullptr;
-    for (const std::string &text : options.runIds) {
-        EntityId id(0, 0, 0);
-        Test *test = module_session::parseId(text, id) ? module_session::findTest(module, id) : nullptr;
-        if (test == nullptr) {
-            std::fprintf(stderr, "error: no test %s in this module\n", text.c_str());
-            return exit_codes::kUsage;
+// The parameters a run gets: the test's definitions, with the chosen
+// duration filled in.
+std::vector<TestParameter> parametersFor(Test &test, const HostOptions &options) {
+    std::vector<TestParameter> parameters = test.getParameterDefinitions(nullptr, nullptr, 0);
+    if (!options.duration.empty()) {
+        for (TestParameter &parameter : parameters) {
+            if (parameter.key == "DURATION") parameter.value = options.duration;
         }
-        std::printf("%s %s\n", text.c_str(), nameOf(module.getResource(), id, false).c_str());
-        ConsoleRun run(target, {});
-        const TestResultCode result = test->execute(&run);
-        std::printf("  result %d\n", static_cast<int>(result));
-        results.push_back(result);
     }
-    return exit_codes::forResults(results);
+    return parameters;
+}
+
+std::vector<RunRecord> runPlan(ModuleInterface &module, const RunPlan &plan,
+                               const HostOptions &options, Machine &machine, RunView &view) {
+    std::vector<RunRecord> records;
+    Resource *resource = module.getResource();
+    for (Test *test : plan.tests) {
+        if (options.holdAboveCharge && test->isInteractive()) {
+            TestParameter flow;
+            flow.key = "execution_flow";
+            flow.lastNumber = 1;
+            test->setParameter(flow);
+        }
+        for (size_t d = 0; d < plan.devices.size() && gStopRequested == 0; ++d) {
+            RunRecord record;
+            record.testId = module_session::idText(test->getEntityId());
+            record.testName = resource->getTestName(test->getEntityId());
+            record.device = plan.deviceIds[d];
+            view.begin(record.testName, record.device);
+            HostRun run(plan.devices[d], parametersFor(*test, options), machine, view,
+                        options.yes ? PromptAnswer::Automatic : PromptAnswer::Ask, record);
+            record.result = test->execute(&run);
+            view.end(record.result);
+            records.push_back(std::move(record));
+        }
+    }
+    return records;
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-    Options options;
-    CLI::App app{"Runs the battery diagnostics of the battery module."};
-    app.add_option("--module", options.modulePath, "Path of the module library (default: beside this program)");
-    app.add_option("--scenario", options.scenario,
-                   "Emulated notebook: a built-in name, a JSON file, or 'list'");
-    app.add_flag("--list", options.list, "List diagnostics, tests and batteries");
-    app.add_flag("--version", options.version, "Print the host's and the module's version");
-    app.add_option("--run", options.runIds, "Run a test by identifier, e.g. 12.1.1");
-    app.add_option("--device", options.device, "Index of the battery to test (default 0)");
-    app.add_option("--time-scale", options.timeScale, "Emulated time runs this many times faster")
-        ->check(CLI::PositiveNumber);
-    app.footer("Exit codes: 0 all tests passed; 1 failed, 6 invalid, 4 aborted, 5 warning, 3 not "
-               "applicable (the most severe result); 2 usage error; 69 no module or no interface.");
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? 0 : exit_codes::kUsage;
-    }
+    std::vector<std::string> args(argv + 1, argv + argc);
+    CLI::App app{"Runs the battery diagnostics of the battery module.", "battery_host"};
+    HostOptions options;
+    buildHostOptions(app, options);
+    app.footer(kHostHelpFooter);
 
+    // The module is loaded first: its option tables add options.
     Machine &machine = currentMachine();
-    if (options.scenario == "list") {
-        for (const std::string &line : machine.scenarioList()) std::printf("%s\n", line.c_str());
-        return 0;
-    }
-    if (!options.scenario.empty()) {
-        const std::string error = machine.selectScenario(options.scenario);
-        if (!error.empty()) {
-            std::fprintf(stderr, "error: %s\n", error.c_str());
-            return exit_codes::kUsage;
+    const std::string scenario = command_line::valueOf(args, "--scenario");
+    if (scenario == "list") {
+        for (const auto &entry : machine.scenarioList()) {
+            std::printf("%-24s %s\n", entry.first.c_str(), entry.second.c_str());
         }
+        return exit_codes::kSuccess;
     }
-    machine.setTimeScale(options.timeScale);
-    installStopHandler();
+    if (!scenario.empty()) {
+        const std::string error = machine.selectScenario(scenario);
+        if (!error.empty()) return usageError(error, app);
+    }
+    const std::string scale = command_line::valueOf(args, "--time-scale");
+    machine.setTimeScale(scale.empty() ? 1.0 : std::atof(scale.c_str()));
 
-    std::string error;
-    const std::string path =
-        options.modulePath.empty() ? ModuleLibrary::defaultPath(argv[0]) : options.modulePath;
-    std::unique_ptr<ModuleLibrary> library = ModuleLibrary::load(path, error);
+    std::string loadError;
+    std::string path = command_line::valueOf(args, "--module");
+    if (path.empty()) path = ModuleLibrary::defaultPath(argv[0]);
+    std::unique_ptr<ModuleLibrary> library = ModuleLibrary::load(path, loadError);
+    ModuleInterface *module = library ? library->getInterface() : nullptr;
+
+    const bool askedForHelp = command_line::has(args, "--help") || command_line::has(args, "-h");
+    const bool askedForVersion = command_line::has(args, "--version");
+    if ((!library || module == nullptr) && !askedForHelp && !(library && askedForVersion)) {
+        if (!library) {
+            std::fprintf(stderr, "error: %s\n", loadError.c_str());
+        } else {
+            std::fprintf(stderr, "error: the module gave no interface on %s\n",
+                         machine.describe().c_str());
+        }
+        return exit_codes::kNoModule;
+    }
+
+    std::vector<DiagnosticChoice> choices;
+    if (module != nullptr) {
+        command_line::extractDiagnostics(args, run_plan::switchesOf(*module), choices,
+                                         options.moduleName);
+    }
+    std::vector<const char *> rest = {argv[0]};
+    for (const std::string &arg : args) rest.push_back(arg.c_str());
+    try {
+        app.parse(static_cast<int>(rest.size()), const_cast<char **>(rest.data()));
+    } catch (const CLI::CallForHelp &) {
+        std::printf("%s", app.help().c_str());
+        if (module != nullptr) {
+            std::printf("\nThe module's help:\n%s", module->getResource()->getHelpText().c_str());
+        } else {
+            std::printf("\n(no module help: %s)\n",
+                        library ? "the module gave no interface" : loadError.c_str());
+        }
+        if (library) library->releaseInterface();
+        return exit_codes::kSuccess;
+    } catch (const CLI::ParseError &error) {
+        if (library) library->releaseInterface();
+        return usageError(error.what(), app);
+    }
+
     if (!library) {
-        std::fprintf(stderr, "error: %s\n", error.c_str());
+        std::fprintf(stderr, "error: %s\n", loadError.c_str());
         return exit_codes::kNoModule;
     }
-    printVersion(*library);
-    if (options.version) return 0;
-
-    ModuleInterface *module = library->getInterface();
+    if (options.version) {
+        std::printf("battery_host %s\nbattery module %s\n", kHostVersion,
+                    report::version(*library->getVersion()).get<std::string>().c_str());
+        library->releaseInterface();
+        return exit_codes::kSuccess;
+    }
     if (module == nullptr) {
-        std::fprintf(stderr, "error: the module gave no interface on %s\n", machine.describe().c_str());
+        std::fprintf(stderr, "error: the module gave no interface on %s\n",
+                     machine.describe().c_str());
         return exit_codes::kNoModule;
     }
+    if (!options.moduleName.empty() && lowered(options.moduleName) != "battery") {
+        library->releaseInterface();
+        return usageError("no module '" + options.moduleName + "' here (this is -Mbattery)", app);
+    }
+
     module_session::prepareComponents(*module);
-    int code = exit_codes::kSuccess;
-    if (options.runIds.empty() || options.list) printLists(*module);
-    if (!options.runIds.empty()) code = runTests(*module, options);
+    RunPlan plan;
+    std::string planError;
+    if (!run_plan::chooseTests(*module, choices, options.runIds, plan, planError) ||
+        !run_plan::chooseDevices(*module, options.devices, plan, planError)) {
+        library->releaseInterface();
+        return usageError(planError, app);
+    }
+
+    RunView view(RunView::modeFor(options.json), RunView::colourWanted(), options.rawKeys,
+                 Language::english());
+    const bool listOnly = plan.tests.empty();
+    if (!options.json) {
+        std::printf("battery module %s on %s\n",
+                    report::version(*library->getVersion()).get<std::string>().c_str(),
+                    machine.describe().c_str());
+        if (listOnly || options.list) printLists(*module, view);
+    }
+    installStopHandler();
+    const std::vector<RunRecord> records = runPlan(*module, plan, options, machine, view);
+    std::vector<TestResultCode> results;
+    for (const RunRecord &record : records) results.push_back(record.result);
+    const int code = exit_codes::forResults(results);
+
+    if (options.json) {
+        nlohmann::json document = {
+            {"host", kHostVersion},
+            {"moduleVersion", report::version(*library->getVersion())},
+            {"path", module_session::isSmartPath(*module) ? "smart" : "generic"},
+            {"machine", machine.describe()},
+            {"batteries", report::batteries(*module)},
+            {"runs", report::runs(records)},
+            {"exitCode", code}};
+        library->releaseInterface();
+        document["machineState"] = machine.state();
+        std::cout << document.dump(2) << std::endl;
+        return code;
+    }
     library->releaseInterface();
     return code;
 }

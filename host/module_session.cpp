@@ -12,7 +12,8 @@ constexpr uint16_t kBatteryModule = 12;
 } // namespace
 
 bool isSmartPath(ModuleInterface &module) {
-    return findTest(module, EntityId(kBatteryModule, kQuickDiagnostic, kTemperatureTest)) != nullptr;
+    return findTest(module, EntityId(kBatteryModule, kQuickDiagnostic, kTemperatureTest)) !=
+           nullptr;
 }
 
 void prepareComponents(ModuleInterface &module) {

@@ -4,24 +4,58 @@
 
 namespace {
 
+const char *schemeName(emulator::PowerScheme scheme) {
+    switch (scheme) {
+    case emulator::PowerScheme::HighPerformance:
+        return "high-performance";
+    case emulator::PowerScheme::PowerSaver:
+        return "power-saver";
+    case emulator::PowerScheme::Custom:
+        return "custom";
+    default:
+        return "balanced";
+    }
+}
+
 class EmulatedMachine : public Machine {
 public:
     std::string selectScenario(const std::string &nameOrPath) override {
-        const emulator::LoadResult result = emulator::Notebook::instance().load(nameOrPath);
+        const emulator::LoadResult result = notebook().load(nameOrPath);
         return result.ok ? std::string() : result.error;
     }
     std::string describe() override {
-        const emulator::Scenario &scenario = emulator::Notebook::instance().scenario();
-        return "emulated notebook '" + scenario.name + "'";
+        return "emulated notebook '" + notebook().scenario().name + "'";
     }
-    void setTimeScale(double scale) override { emulator::Notebook::instance().clock().useRealTime(scale); }
-    std::vector<std::string> scenarioList() override {
-        std::vector<std::string> lines;
+    void setTimeScale(double scale) override { notebook().clock().useRealTime(scale); }
+    std::vector<std::pair<std::string, std::string>> scenarioList() override {
+        std::vector<std::pair<std::string, std::string>> list;
         for (const auto &scenario : emulator::builtinScenarios()) {
-            lines.push_back(scenario.name + ": " + scenario.description);
+            list.emplace_back(scenario.name, scenario.description);
         }
-        return lines;
+        return list;
     }
+    uint32_t systemEvents() override { return notebook().systemEvents(); }
+    bool stopRequested() override { return notebook().stopRequested(); }
+    void setAcCable(bool plugged) override { notebook().setAcLine(plugged); }
+    bool userIgnoresPrompts() override { return notebook().userIgnoresPrompts(); }
+    nlohmann::json state() override {
+        const emulator::PowerState &power = notebook().power();
+        nlohmann::json changes = nlohmann::json::array();
+        for (const auto &change : power.changes) {
+            changes.push_back(
+                {{"atMs", change.atMs}, {"setting", change.setting}, {"value", change.value}});
+        }
+        return {{"scenario", notebook().scenario().name},
+                {"ac", power.ac},
+                {"scheme", schemeName(power.scheme)},
+                {"acBrightness", power.acBrightness},
+                {"dcBrightness", power.dcBrightness},
+                {"virtualMs", notebook().clock().elapsedMs()},
+                {"changes", changes}};
+    }
+
+private:
+    static emulator::Notebook &notebook() { return emulator::Notebook::instance(); }
 };
 
 } // namespace

@@ -35,4 +35,6 @@ std::unique_ptr<ModuleLibrary> ModuleLibrary::load(const std::string &path, std:
     return library;
 }
 
-ModuleLibrary::~ModuleLibrary() { dlclose(handle_); }
+ModuleLibrary::~ModuleLibrary() {
+    dlclose(handle_);
+}

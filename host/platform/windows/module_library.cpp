@@ -9,8 +9,7 @@ std::string folderOf(const char *argv0) {
     return slash == std::string::npos ? "." : path.substr(0, slash);
 }
 
-template <typename Function>
-Function exportOf(HMODULE module, const char *name) {
+template <typename Function> Function exportOf(HMODULE module, const char *name) {
     return reinterpret_cast<Function>(reinterpret_cast<void *>(GetProcAddress(module, name)));
 }
 } // namespace
@@ -38,4 +37,6 @@ std::unique_ptr<ModuleLibrary> ModuleLibrary::load(const std::string &path, std:
     return library;
 }
 
-ModuleLibrary::~ModuleLibrary() { FreeLibrary(static_cast<HMODULE>(handle_)); }
+ModuleLibrary::~ModuleLibrary() {
+    FreeLibrary(static_cast<HMODULE>(handle_));
+}

@@ -6,22 +6,32 @@
 #include <vector>
 
 #include "battery_module/execution_context.h"
+#include "machine.h"
+#include "run_record.h"
+#include "run_view.h"
 
 // Set by Ctrl-C; every run's stop request reads it.
 extern volatile std::sig_atomic_t gStopRequested;
 void installStopHandler();
 
-// One test run on the console: prints the log entries and progress that the
-// module sends and hands it the chosen component and parameters.
-class ConsoleRun : public ExecutionContext, public ResultLog, public UserChannel {
+// How the host answers a prompt to plug or unplug the AC cable.
+enum class PromptAnswer {
+    Ask,       // read the answer from standard input; at its end, do what is asked
+    Automatic, // do what is asked at once (--yes)
+};
+
+// One test run: hands the module the chosen battery and parameters, shows
+// and records what the module says, and answers its prompts.
+class HostRun : public ExecutionContext, public ResultLog, public UserChannel {
 public:
-    ConsoleRun(SystemComponent *target, std::vector<TestParameter> parameters);
+    HostRun(SystemComponent *target, std::vector<TestParameter> parameters, Machine &machine,
+            RunView &view, PromptAnswer answer, RunRecord &record);
 
     SystemComponent *getTargetComponent() override { return target_; }
     ResultLog *getResultLog() override { return this; }
     UserChannel *getUserChannel() override { return this; }
-    bool isStopRequested() override { return gStopRequested != 0; }
-    uint32_t *getSystemEvents() override { return &systemEvents_; }
+    bool isStopRequested() override;
+    uint32_t *getSystemEvents() override;
     std::vector<TestParameter> getParameters() override { return parameters_; }
 
     void addEntry(std::string text, uint32_t level, uint32_t reserved) override;
@@ -34,6 +44,9 @@ public:
 private:
     SystemComponent *target_;
     std::vector<TestParameter> parameters_;
+    Machine &machine_;
+    RunView &view_;
+    PromptAnswer answer_;
+    RunRecord &record_;
     uint32_t systemEvents_ = 0;
-    int lastPercent_ = -1;
 };

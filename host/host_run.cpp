@@ -1,0 +1,79 @@
+#include "host_run.h"
+
+#include <cstdio>
+#include <iostream>
+
+volatile std::sig_atomic_t gStopRequested = 0;
+
+namespace {
+extern "C" void onInterrupt(int) {
+    gStopRequested = 1;
+}
+
+// The module asks with its own keys; the one that asks to unplug says so.
+bool asksToPlug(const std::string &message) {
+    return message.find("UNPLUG") == std::string::npos;
+}
+} // namespace
+
+void installStopHandler() {
+    std::signal(SIGINT, onInterrupt);
+}
+
+HostRun::HostRun(SystemComponent *target, std::vector<TestParameter> parameters, Machine &machine,
+                 RunView &view, PromptAnswer answer, RunRecord &record)
+    : target_(target), parameters_(std::move(parameters)), machine_(machine), view_(view),
+      answer_(answer), record_(record) {}
+
+bool HostRun::isStopRequested() {
+    return gStopRequested != 0 || machine_.stopRequested();
+}
+
+uint32_t *HostRun::getSystemEvents() {
+    systemEvents_ = machine_.systemEvents();
+    return &systemEvents_;
+}
+
+void HostRun::addEntry(std::string text, uint32_t level, uint32_t) {
+    view_.entry(text, level);
+    record_.entries.push_back({std::move(text), level});
+}
+
+void HostRun::updateProgress(uint8_t percent, const std::string &text) {
+    view_.progress(percent, text);
+    record_.progress.push_back({percent, text});
+}
+
+void HostRun::requestInput(const InputRequest &request) {
+    record_.prompts.push_back(request.message);
+    view_.prompt(request.title, request.message);
+    const bool plug = asksToPlug(request.message);
+    bool act = true;
+    if (answer_ == PromptAnswer::Ask) {
+        std::fprintf(stderr, "  Press Enter once done (or type n and Enter to leave it): ");
+        std::fflush(stderr);
+        std::string line;
+        if (std::getline(std::cin, line)) {
+            act = line.empty() || (line[0] != 'n' && line[0] != 'N');
+        }
+        // No answer at all (standard input closed): do what was asked.
+    }
+    if (!act) {
+        view_.answered("left as it is");
+    } else if (machine_.userIgnoresPrompts()) {
+        view_.answered("the user ignores the request");
+    } else {
+        machine_.setAcCable(plug);
+        view_.answered(plug ? "AC cable plugged in" : "AC cable unplugged");
+    }
+}
+
+void HostRun::postNotice(const std::string &key, const NoticeList &pairs) {
+    if (!record_.notices.empty() && record_.notices.back().key == key &&
+        record_.notices.back().pairs == pairs) {
+        ++record_.notices.back().times;
+        return;
+    }
+    record_.notices.push_back({key, pairs, 1});
+    view_.notice(key);
+}

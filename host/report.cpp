@@ -1,0 +1,85 @@
+#include "report.h"
+
+#include "battery_module/system_component.h"
+#include "module_session.h"
+#include "run_plan.h"
+
+namespace report {
+
+namespace {
+nlohmann::json properties(const std::vector<ComponentProperty> &list) {
+    nlohmann::json out = nlohmann::json::array();
+    for (const ComponentProperty &property : list) {
+        out.push_back({{"key", property.key}, {"value", property.value}});
+    }
+    return out;
+}
+
+// The charge report's lines: the last texts a test sends before its result.
+bool isChargeLine(const std::string &text) {
+    return text.rfind("TOTAL_BATTERY_CHARGE", 0) == 0 ||
+           text.rfind("INITIAL_BATTERY_CHARGE", 0) == 0 ||
+           text.rfind("FINAL_BATTERY_CHARGE", 0) == 0;
+}
+} // namespace
+
+nlohmann::json version(ProductVersion &version) {
+    return std::to_string(version.getMajor()) + "." + std::to_string(version.getMinor()) + "." +
+           std::to_string(version.getRevision()) + "." + std::to_string(version.getBuild());
+}
+
+nlohmann::json batteries(ModuleInterface &module) {
+    nlohmann::json out = nlohmann::json::array();
+    SystemComponentManager *manager = module.getComponentManager();
+    const bool smart = module_session::isSmartPath(module);
+    const uint64_t count = manager != nullptr ? manager->getComponentCount() : 0;
+    for (uint32_t c = 0; c < count; ++c) {
+        SystemComponent *component = manager->getComponent(c);
+        if (component == nullptr) continue;
+        const ComponentInfo info = component->getInfo();
+        nlohmann::json groups = nlohmann::json::array();
+        for (const ComponentInfoGroup &group : component->getInfoGroups()) {
+            groups.push_back({{"name", group.name}, {"properties", properties(group.properties)}});
+        }
+        out.push_back({{"device", run_plan::deviceIdOf(*component, smart)},
+                       {"index", component->getIndex()},
+                       {"name", info.name},
+                       {"properties", properties(info.properties)},
+                       {"groups", groups}});
+    }
+    return out;
+}
+
+nlohmann::json runs(const std::vector<RunRecord> &records) {
+    nlohmann::json out = nlohmann::json::array();
+    for (const RunRecord &record : records) {
+        nlohmann::json log = nlohmann::json::array();
+        nlohmann::json charge = nlohmann::json::array();
+        for (const auto &entry : record.entries) {
+            log.push_back({{"text", entry.text}, {"level", entry.level}});
+            if (isChargeLine(entry.text)) charge.push_back(entry.text);
+        }
+        nlohmann::json progress = nlohmann::json::array();
+        for (const auto &update : record.progress) {
+            progress.push_back({{"percent", update.percent}, {"text", update.text}});
+        }
+        nlohmann::json notices = nlohmann::json::array();
+        for (const auto &notice : record.notices) {
+            notices.push_back(
+                {{"key", notice.key}, {"pairs", notice.pairs}, {"times", notice.times}});
+        }
+        out.push_back({{"id", record.testId},
+                       {"name", record.testName},
+                       {"device", record.device},
+                       {"result", static_cast<int>(record.result)},
+                       {"resultName", resultName(record.result)},
+                       {"log", log},
+                       {"progress", progress},
+                       {"charge", charge},
+                       {"notices", notices},
+                       {"prompts", record.prompts}});
+    }
+    return out;
+}
+
+} // namespace report

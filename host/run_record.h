@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "battery_module/test_result_code.h"
+
+// Everything one test run told the host, in order, for the report.
+struct RunRecord {
+    struct Entry {
+        std::string text;
+        uint32_t level;
+    };
+    struct Progress {
+        uint32_t percent;
+        std::string text;
+    };
+    struct Notice {
+        std::string key;
+        std::vector<std::pair<std::string, std::string>> pairs;
+        uint32_t times; // a notice repeated on every pass is kept once, with its count
+    };
+
+    std::string testId;
+    std::string testName; // the module's key
+    std::string device;
+    std::vector<Entry> entries;
+    std::vector<Progress> progress;
+    std::vector<Notice> notices;
+    std::vector<std::string> prompts;
+    TestResultCode result = ResultSuccess;
+};
+
+const char *resultName(TestResultCode result);
