@@ -22,6 +22,7 @@ struct Options {
     std::string scenario;
     bool list = false;
     bool version = false;
+    bool help = false;
     std::vector<std::string> runIds;
     uint32_t device = 0;
     double timeScale = 1.0;
@@ -80,6 +81,21 @@ void printLists(ModuleInterface &module) {
     }
 }
 
+// The module's own help is that of the path it took on this machine.
+int printModuleHelp(ModuleLibrary &library, Machine &machine) {
+    ModuleInterface *module = library.getInterface();
+    Resource *resource = module != nullptr ? module->getResource() : nullptr;
+    if (resource == nullptr) {
+        std::printf("\nThe module gave no interface on %s, so it has no help to show.\n",
+                    machine.describe().c_str());
+        if (module != nullptr) library.releaseInterface();
+        return exit_codes::kNoModule;
+    }
+    std::printf("\n%s", resource->getHelpText().c_str());
+    library.releaseInterface();
+    return exit_codes::kSuccess;
+}
+
 int runTests(ModuleInterface &module, const Options &options) {
     std::vector<TestResultCode> results;
     SystemComponentManager *manager = module.getComponentManager();
@@ -105,6 +121,11 @@ int runTests(ModuleInterface &module, const Options &options) {
 int main(int argc, char **argv) {
     Options options;
     CLI::App app{"Runs the battery diagnostics of the battery module."};
+    // Help goes on past the host's options to the module's, so it is not
+    // CLI11's help that ends the parse.
+    app.set_help_flag();
+    app.add_flag("-h,--help", options.help,
+                 "Print this help, then the module's help for the path it takes");
     app.add_option("--module", options.modulePath, "Path of the module library (default: beside this program)");
     app.add_option("--scenario", options.scenario,
                    "Emulated notebook: a built-in name, a JSON file, or 'list'");
@@ -121,6 +142,7 @@ int main(int argc, char **argv) {
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? 0 : exit_codes::kUsage;
     }
+    if (options.help) std::printf("%s", app.help().c_str());
 
     Machine &machine = currentMachine();
     if (options.scenario == "list") {
@@ -145,6 +167,7 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "error: %s\n", error.c_str());
         return exit_codes::kNoModule;
     }
+    if (options.help) return printModuleHelp(*library, machine);
     printVersion(*library);
     if (options.version) return 0;
 
