@@ -2,33 +2,19 @@
 
 Resource::~Resource() = default;
 
-void *Resource::getAuxiliaryObject() {
-    return auxiliaryObject;
-}
+void *Resource::getAuxiliaryObject() { return auxiliaryObject; }
 
-std::string Resource::getHelpText() {
-    return helpText;
-}
+std::string Resource::getHelpText() { return helpText; }
 
-std::string Resource::getModuleName() {
-    return moduleName;
-}
+std::string Resource::getModuleName() { return moduleName; }
 
-std::string Resource::getComponentCode() {
-    return componentCode;
-}
+std::string Resource::getComponentCode() { return componentCode; }
 
-Resource::OptionTable Resource::getTestOptions() {
-    return testOptions;
-}
+Resource::OptionTable Resource::getTestOptions() { return testOptions; }
 
-Resource::OptionTable Resource::getDiagnosticOptions() {
-    return diagnosticOptions;
-}
+Resource::OptionTable Resource::getDiagnosticOptions() { return diagnosticOptions; }
 
-Resource::RangeLabels Resource::getRangeLabels() {
-    return rangeLabels;
-}
+Resource::RangeLabels Resource::getRangeLabels() { return rangeLabels; }
 
 void Resource::setRangeLabels(const RangeLabels &labels) {
     if (&labels == &rangeLabels) {
