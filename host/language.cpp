@@ -9,13 +9,25 @@ namespace {
 // Pieces of a composed key are separated by this marker.
 constexpr const char *kLineBreak = "_|";
 
-std::vector<std::string> splitComposed(const std::string &text) {
+// The list of parameter issues joins its items with this.
+constexpr const char *kIssueBreak = "; |";
+
+std::vector<std::string> splitOn(const std::string &text, const std::string &marker) {
     std::vector<std::string> pieces;
     size_t start = 0;
-    for (size_t at; (at = text.find(kLineBreak, start)) != std::string::npos; start = at + 2) {
+    for (size_t at; (at = text.find(marker, start)) != std::string::npos;
+         start = at + marker.size()) {
         pieces.push_back(text.substr(start, at - start));
     }
     pieces.push_back(text.substr(start));
+    return pieces;
+}
+
+std::vector<std::string> splitComposed(const std::string &text) {
+    std::vector<std::string> pieces;
+    for (const std::string &issue : splitOn(text, kIssueBreak)) {
+        for (const std::string &piece : splitOn(issue, kLineBreak)) pieces.push_back(piece);
+    }
     return pieces;
 }
 

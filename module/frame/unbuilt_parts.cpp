@@ -12,8 +12,6 @@ SystemComponentManager *smartPathManager(SmartPathHandle) { return nullptr; }
 
 SystemComponentManager *newGenericBatteryManager(const EntityId &) { return nullptr; }
 
-Resource *newBatteryResource(const EntityId &, bool) { return nullptr; }
-
 Test *newSmartHealthTest(const std::string &, const EntityId &) { return nullptr; }
 Test *newTemperatureTest(const std::string &, const EntityId &) { return nullptr; }
 Test *newHealthTest(const std::string &, const EntityId &) { return nullptr; }

@@ -36,6 +36,14 @@ public:
     virtual void setRangeLabels(const RangeLabels &labels);
 
 protected:
+    // A row whose composite is already present is dropped; the first stays.
+    void addTestOption(const EntityId &id, const CommandLineOption &option) {
+        testOptions.emplace(id, option);
+    }
+    void addDiagnosticOption(const EntityId &id, const CommandLineOption &option) {
+        diagnosticOptions.emplace(id, option);
+    }
+
     EntityId entityId_;
     std::string helpText;
     std::string moduleName;
