@@ -22,7 +22,8 @@ struct FieldError : std::runtime_error {
 // in every error.
 class JsonFields {
 public:
-    JsonFields(const nlohmann::json &object, std::string path) : object_(object), path_(std::move(path)) {
+    JsonFields(const nlohmann::json &object, std::string path)
+        : object_(object), path_(std::move(path)) {
         if (!object_.is_object()) {
             throw FieldError(path_.empty() ? "(top level)" : path_, "expected an object");
         }
@@ -61,7 +62,8 @@ public:
                             uint64_t maximum = std::numeric_limits<uint32_t>::max()) const {
         if (!has(key)) return fallback;
         const auto &value = object_.at(key);
-        if (!value.is_number_unsigned() && !(value.is_number_integer() && value.get<int64_t>() >= 0)) {
+        if (!value.is_number_unsigned() &&
+            !(value.is_number_integer() && value.get<int64_t>() >= 0)) {
             throw FieldError(pathOf(key), "expected a whole number from 0");
         }
         const uint64_t number = value.get<uint64_t>();
@@ -104,6 +106,25 @@ public:
                 throw FieldError(pathOf(key) + "[" + std::to_string(i) + "]", "expected a string");
             }
             items.push_back(value[i].get<std::string>());
+        }
+        return items;
+    }
+
+    std::vector<uint64_t> unsignedNumbers(const char *key, uint64_t maximum) const {
+        std::vector<uint64_t> items;
+        if (!has(key)) return items;
+        const auto &value = object_.at(key);
+        if (!value.is_array()) throw FieldError(pathOf(key), "expected a list of whole numbers");
+        for (size_t i = 0; i < value.size(); ++i) {
+            const std::string itemPath = pathOf(key) + "[" + std::to_string(i) + "]";
+            if (!value[i].is_number_unsigned() &&
+                !(value[i].is_number_integer() && value[i].get<int64_t>() >= 0)) {
+                throw FieldError(itemPath, "expected a whole number from 0");
+            }
+            if (value[i].get<uint64_t>() > maximum) {
+                throw FieldError(itemPath, "must not exceed " + std::to_string(maximum));
+            }
+            items.push_back(value[i].get<uint64_t>());
         }
         return items;
     }

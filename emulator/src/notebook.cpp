@@ -28,6 +28,7 @@ void Notebook::install(const Scenario &scenario) {
     scenario_ = scenario;
     clock_.reset(scenario.startTick);
     counters_ = Counters();
+    portTrace_.reset();
     controller_.install(scenario);
     installed_ = true;
 }
@@ -56,6 +57,7 @@ uint32_t Notebook::portWrite(uint16_t port, uint8_t value) {
     ++counters_.portAccesses;
     const uint32_t status = controller_.write(port, value);
     if (status != 0) ++counters_.portFailures;
+    portTrace_.record({true, port, value, status});
     return status;
 }
 
@@ -65,6 +67,7 @@ uint32_t Notebook::portRead(uint16_t port, uint8_t *value) {
     ++counters_.portAccesses;
     const uint32_t status = controller_.read(port, value);
     if (status != 0) ++counters_.portFailures;
+    portTrace_.record({false, port, value != nullptr ? *value : uint8_t{0}, status});
     return status;
 }
 

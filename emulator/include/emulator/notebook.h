@@ -8,6 +8,7 @@
 #include "emulator/counters.h"
 #include "emulator/embedded_controller.h"
 #include "emulator/emulator_api.h"
+#include "emulator/port_trace.h"
 #include "emulator/scenario.h"
 #include "emulator/scenario_loader.h"
 
@@ -36,6 +37,11 @@ public:
         return counters_;
     }
 
+    PortTrace &portTrace() {
+        ensureInstalled();
+        return portTrace_;
+    }
+
     uint32_t portWrite(uint16_t port, uint8_t value);
     uint32_t portRead(uint16_t port, uint8_t *value);
 
@@ -51,6 +57,7 @@ private:
     Scenario scenario_;
     Clock clock_;
     Counters counters_;
+    PortTrace portTrace_;
     EmbeddedController controller_;
 };
 
