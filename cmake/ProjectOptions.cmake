@@ -16,6 +16,14 @@ if(BATTERY_SANITIZE)
   target_link_options(project_sanitizers INTERFACE -fsanitize=address,undefined)
 endif()
 
+# A host reaches the module's classes through the public headers only; their
+# run-time type information stays inside the library, so a host cannot have
+# the sanitizer check dynamic types against it.
+add_library(host_sanitizer_options INTERFACE)
+if(BATTERY_SANITIZE)
+  target_compile_options(host_sanitizer_options INTERFACE -fno-sanitize=vptr)
+endif()
+
 add_library(project_options INTERFACE)
 target_link_libraries(project_options INTERFACE project_warnings project_sanitizers)
 if(WIN32)

@@ -6,9 +6,12 @@
 
 #include "emulator/clock.h"
 #include "emulator/counters.h"
+#include "emulator/device_registry.h"
+#include "emulator/device_table.h"
 #include "emulator/embedded_controller.h"
 #include "emulator/emulator_api.h"
 #include "emulator/port_trace.h"
+#include "emulator/power_state.h"
 #include "emulator/scenario.h"
 #include "emulator/scenario_loader.h"
 
@@ -41,6 +44,25 @@ public:
         ensureInstalled();
         return portTrace_;
     }
+    DeviceTable &devices() {
+        ensureInstalled();
+        return devices_;
+    }
+    DeviceRegistry &registry() {
+        ensureInstalled();
+        return registry_;
+    }
+    PowerState &power() {
+        ensureInstalled();
+        return power_;
+    }
+    // The batteries as they are now; they start as the scenario describes them.
+    std::vector<BatteryDescription> &batteries() {
+        ensureInstalled();
+        return batteries_;
+    }
+    // The operating system's battery life percent: 255 without a battery.
+    uint32_t systemBatteryPercent();
 
     uint32_t portWrite(uint16_t port, uint8_t value);
     uint32_t portRead(uint16_t port, uint8_t *value);
@@ -59,6 +81,10 @@ private:
     Counters counters_;
     PortTrace portTrace_;
     EmbeddedController controller_;
+    DeviceTable devices_;
+    DeviceRegistry registry_;
+    PowerState power_;
+    std::vector<BatteryDescription> batteries_;
 };
 
 } // namespace emulator
