@@ -73,6 +73,10 @@ struct WordCase {
     uint16_t word;
 };
 
+void PrintTo(const WordCase &row, std::ostream *out) {
+    *out << row.what;
+}
+
 class ControllerWord : public ::testing::TestWithParam<WordCase> {};
 
 TEST_P(ControllerWord, EncodesTheScenarioInRealUnits) {
@@ -134,6 +138,10 @@ struct FaultCase {
     std::vector<bool> succeeds;
     bool idleAfterCommand;
 };
+
+void PrintTo(const FaultCase &row, std::ostream *out) {
+    *out << row.what;
+}
 
 class ControllerFault : public ::testing::TestWithParam<FaultCase> {};
 

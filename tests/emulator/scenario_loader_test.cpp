@@ -44,6 +44,10 @@ struct BadScenario {
     const char *expectedInError;
 };
 
+void PrintTo(const BadScenario &row, std::ostream *out) {
+    *out << row.expectedInError;
+}
+
 class MalformedScenario : public ::testing::TestWithParam<BadScenario> {};
 
 TEST_P(MalformedScenario, GivesOneClearErrorNamingFileAndField) {

@@ -65,6 +65,10 @@ struct WaitCase {
     uint64_t waitedMs; // virtual time
 };
 
+void PrintTo(const WaitCase &row, std::ostream *out) {
+    *out << row.controller;
+}
+
 class WaitReady : public ::testing::TestWithParam<WaitCase> {};
 
 // A command comes first, so the controller has something to be busy with.
@@ -112,6 +116,10 @@ struct SelectionCase {
     uint32_t battery;
     const char *number;
 };
+
+void PrintTo(const SelectionCase &row, std::ostream *out) {
+    *out << "battery " << row.battery;
+}
 
 class Selection : public ::testing::TestWithParam<SelectionCase> {};
 

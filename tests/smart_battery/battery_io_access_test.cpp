@@ -117,6 +117,10 @@ Readings atTheBottom() {
     return r;
 }
 
+void PrintTo(const ReaderCase &row, std::ostream *out) {
+    *out << row.what;
+}
+
 class Readers : public ::testing::TestWithParam<ReaderCase> {};
 
 TEST_P(Readers, DecodeWhatTheControllerEncoded) {
@@ -221,6 +225,10 @@ struct PresenceCase {
     const char *scenario;
     bool battery0, battery1, secondReported;
 };
+
+void PrintTo(const PresenceCase &row, std::ostream *out) {
+    *out << row.what;
+}
 
 class Presence : public ::testing::TestWithParam<PresenceCase> {};
 

@@ -73,6 +73,10 @@ struct PropertyCase {
     const char *value;
 };
 
+void PrintTo(const PropertyCase &row, std::ostream *out) {
+    *out << row.key << " with " << row.fields;
+}
+
 class SmartBatteryProperty : public ::testing::TestWithParam<PropertyCase> {};
 
 TEST_P(SmartBatteryProperty, Shows) {

@@ -39,6 +39,10 @@ struct DriverCase {
     const char *version; // null when the component leaves the list
 };
 
+void PrintTo(const DriverCase &row, std::ostream *out) {
+    *out << row.what;
+}
+
 class DriverVersion : public ::testing::TestWithParam<DriverCase> {};
 
 TEST_P(DriverVersion, IsLookedUpForEachBattery) {
