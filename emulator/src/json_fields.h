@@ -110,6 +110,25 @@ public:
         return items;
     }
 
+    std::vector<uint64_t> unsignedNumbers(const char *key, uint64_t maximum) const {
+        std::vector<uint64_t> items;
+        if (!has(key)) return items;
+        const auto &value = object_.at(key);
+        if (!value.is_array()) throw FieldError(pathOf(key), "expected a list of whole numbers");
+        for (size_t i = 0; i < value.size(); ++i) {
+            const std::string itemPath = pathOf(key) + "[" + std::to_string(i) + "]";
+            if (!value[i].is_number_unsigned() &&
+                !(value[i].is_number_integer() && value[i].get<int64_t>() >= 0)) {
+                throw FieldError(itemPath, "expected a whole number from 0");
+            }
+            if (value[i].get<uint64_t>() > maximum) {
+                throw FieldError(itemPath, "must not exceed " + std::to_string(maximum));
+            }
+            items.push_back(value[i].get<uint64_t>());
+        }
+        return items;
+    }
+
     std::string pathOf(const char *key) const { return path_.empty() ? key : path_ + "." + key; }
     const std::string &path() const { return path_; }
 

@@ -33,6 +33,7 @@ void Notebook::install(const Scenario &scenario) {
     scenario_ = scenario;
     clock_.reset(scenario.startTick);
     counters_ = Counters();
+    portTrace_.reset();
     controller_.install(scenario);
     batteries_ = scenario.batteries;
     physicsAtMs_ = 0;
@@ -150,6 +151,7 @@ uint32_t Notebook::portWrite(uint16_t port, uint8_t value) {
     ++counters_.portAccesses;
     const uint32_t status = controller_.write(port, value);
     if (status != 0) ++counters_.portFailures;
+    portTrace_.record({true, port, value, status});
     return status;
 }
 
@@ -159,6 +161,7 @@ uint32_t Notebook::portRead(uint16_t port, uint8_t *value) {
     ++counters_.portAccesses;
     const uint32_t status = controller_.read(port, value);
     if (status != 0) ++counters_.portFailures;
+    portTrace_.record({false, port, value != nullptr ? *value : uint8_t{0}, status});
     return status;
 }
 

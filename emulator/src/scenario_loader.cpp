@@ -15,6 +15,10 @@ ManufactureDate parseDate(const JsonFields &fields) {
     fields.allowOnly({"year", "month", "day"});
     ManufactureDate date;
     date.year = static_cast<uint32_t>(fields.unsignedNumber("year", date.year));
+    // A battery keeps its date as years since 1980 in seven bits.
+    if (fields.has("year") && (date.year < 1980 || date.year > 2107)) {
+        throw FieldError(fields.pathOf("year"), "must lie from 1980 to 2107");
+    }
     date.month = static_cast<uint32_t>(fields.unsignedNumber("month", date.month, 15));
     date.day = static_cast<uint32_t>(fields.unsignedNumber("day", date.day, 31));
     return date;
@@ -24,25 +28,37 @@ BatteryDescription parseBattery(const JsonFields &fields) {
     fields.allowOnly({"slot", "present", "manufacturer", "deviceName", "chemistry", "serialNumber",
                       "manufactureDate", "capacityUnit", "designCapacity", "fullChargeCapacity",
                       "designVoltage_mV", "temperature_C", "cycleCount", "cycleScale",
-                      "overTemperature", "authenticity", "chargePercent", "uniqueId"});
+                      "cycleScaleTop", "overTemperature", "authenticity", "chargePercent",
+                      "uniqueId"});
     BatteryDescription battery;
     battery.slot = static_cast<uint32_t>(fields.unsignedNumber("slot", 0, 1));
     battery.present = fields.flag("present", battery.present);
     battery.manufacturer = fields.text("manufacturer", battery.manufacturer);
     battery.deviceName = fields.text("deviceName", battery.deviceName);
     battery.chemistry = fields.text("chemistry", battery.chemistry);
-    battery.serialNumber = static_cast<uint32_t>(fields.unsignedNumber("serialNumber", 0));
+    // A smart battery reports its numbers as 16-bit words.
+    constexpr uint64_t kWord = 0xFFFF;
+    battery.serialNumber = static_cast<uint32_t>(fields.unsignedNumber("serialNumber", 0, kWord));
     if (fields.has("manufactureDate")) {
         battery.manufactureDate = parseDate(fields.object("manufactureDate"));
     }
     battery.capacityUnit = fields.choice("capacityUnit", battery.capacityUnit, {"mWh", "mAh"});
-    battery.designCapacity = static_cast<uint32_t>(fields.unsignedNumber("designCapacity", 0));
+    // Capacities in mWh travel in units of 10 mWh.
+    const uint64_t capacityLimit = battery.capacityUnit == "mWh" ? kWord * 10 : kWord;
+    battery.designCapacity =
+        static_cast<uint32_t>(fields.unsignedNumber("designCapacity", 0, capacityLimit));
     battery.fullChargeCapacity =
-        static_cast<uint32_t>(fields.unsignedNumber("fullChargeCapacity", 0));
-    battery.designVoltage_mV = static_cast<uint32_t>(fields.unsignedNumber("designVoltage_mV", 0));
+        static_cast<uint32_t>(fields.unsignedNumber("fullChargeCapacity", 0, capacityLimit));
+    battery.designVoltage_mV =
+        static_cast<uint32_t>(fields.unsignedNumber("designVoltage_mV", 0, kWord));
     battery.temperature_C = fields.number("temperature_C", battery.temperature_C);
-    battery.cycleCount = static_cast<uint32_t>(fields.unsignedNumber("cycleCount", 0));
-    battery.cycleScale = static_cast<uint32_t>(fields.unsignedNumber("cycleScale", 0));
+    // Tenths of a kelvin in one word.
+    if (battery.temperature_C < -273.15 || battery.temperature_C > 6280.35) {
+        throw FieldError(fields.pathOf("temperature_C"), "must lie from -273.15 to 6280.35");
+    }
+    battery.cycleCount = static_cast<uint32_t>(fields.unsignedNumber("cycleCount", 0, kWord));
+    battery.cycleScale = static_cast<uint32_t>(fields.unsignedNumber("cycleScale", 0, 0x0FFF));
+    battery.cycleScaleTop = static_cast<uint32_t>(fields.unsignedNumber("cycleScaleTop", 0, 0xF));
     battery.overTemperature = fields.flag("overTemperature", battery.overTemperature);
     battery.authenticity = fields.choice("authenticity", battery.authenticity,
                                          {"genuine", "authorized", "not-authenticated", "unknown"});
@@ -54,11 +70,47 @@ BatteryDescription parseBattery(const JsonFields &fields) {
     return battery;
 }
 
+PortFault parsePortFault(const JsonFields &fields) {
+    fields.allowOnly({"port", "nth"});
+    PortFault fault;
+    if (!fields.has("port")) throw FieldError(fields.pathOf("port"), "missing");
+    fault.port = fields.choice("port", "", {"index", "data"}) == "index" ? ControllerPort::Index
+                                                                         : ControllerPort::Data;
+    fault.nth = static_cast<uint32_t>(fields.unsignedNumber("nth", 0));
+    if (fields.has("nth") && fault.nth == 0) {
+        throw FieldError(fields.pathOf("nth"), "counts from 1; leave it out to fail every access");
+    }
+    return fault;
+}
+
+ControllerFaults parseFaults(const JsonFields &fields) {
+    fields.allowOnly(
+        {"busyForever", "busyFromCommand", "portFaults", "ignoresSelection", "reportedSlots"});
+    ControllerFaults faults;
+    faults.busyForever = fields.flag("busyForever", false);
+    faults.busyFromCommand = static_cast<uint32_t>(fields.unsignedNumber("busyFromCommand", 0));
+    if (fields.has("busyFromCommand") && faults.busyFromCommand == 0) {
+        throw FieldError(fields.pathOf("busyFromCommand"), "counts from 1");
+    }
+    for (const JsonFields &fault : fields.objects("portFaults")) {
+        faults.portFaults.push_back(parsePortFault(fault));
+    }
+    faults.ignoresSelection = fields.flag("ignoresSelection", false);
+    faults.overridesReportedSlots = fields.has("reportedSlots");
+    for (uint64_t slot : fields.unsignedNumbers("reportedSlots", 1)) {
+        faults.reportedSlots.push_back(static_cast<uint32_t>(slot));
+    }
+    return faults;
+}
+
 ControllerSection parseController(const JsonFields &fields) {
-    fields.allowOnly({"present", "busyPolls"});
+    fields.allowOnly({"present", "busyPolls", "faults"});
     ControllerSection controller;
     controller.present = fields.flag("present", controller.present);
     controller.busyPolls = static_cast<uint32_t>(fields.unsignedNumber("busyPolls", 0));
+    if (fields.has("faults")) {
+        controller.faults = parseFaults(fields.object("faults"));
+    }
     return controller;
 }
 
@@ -191,6 +243,10 @@ Scenario parseTopLevel(const JsonFields &fields) {
     }
     if (scenario.batteries.size() > 2) {
         throw FieldError("batteries", "a notebook holds at most two batteries");
+    }
+    if (scenario.batteries.size() == 2 &&
+        scenario.batteries[0].slot == scenario.batteries[1].slot) {
+        throw FieldError("batteries[1].slot", "slot already holds batteries[0]");
     }
     return scenario;
 }

@@ -5,11 +5,6 @@
 
 #include "frame/path_builders.h"
 
-SmartPathHandle newSmartBatteryManager(const EntityId &) { return nullptr; }
-bool isSmartPathAvailable(SmartPathHandle) { return false; }
-void deleteSmartBatteryManager(SmartPathHandle) {}
-SystemComponentManager *smartPathManager(SmartPathHandle) { return nullptr; }
-
 SystemComponentManager *newGenericBatteryManager(const EntityId &) { return nullptr; }
 
 Test *newSmartHealthTest(const std::string &, const EntityId &) { return nullptr; }

@@ -44,6 +44,10 @@ struct BadScenario {
     const char *expectedInError;
 };
 
+void PrintTo(const BadScenario &row, std::ostream *out) {
+    *out << row.expectedInError;
+}
+
 class MalformedScenario : public ::testing::TestWithParam<BadScenario> {};
 
 TEST_P(MalformedScenario, GivesOneClearErrorNamingFileAndField) {
@@ -94,3 +98,62 @@ TEST(Notebook, AFailedLoadLeavesTheMachineAsItWas) {
     EXPECT_EQ(notebook.scenario().name, "default");
     std::remove(path.c_str());
 }
+
+TEST(ScenarioLoader, ReadsControllerFaults) {
+    const auto result = parseScenario(R"({"name": "x", "controller": {"present": true, "faults": {
+        "busyForever": true, "busyFromCommand": 7, "ignoresSelection": true, "reportedSlots": [0, 1],
+        "portFaults": [{"port": "index"}, {"port": "data", "nth": 3}]}}})",
+                                      "inline");
+    ASSERT_TRUE(result.ok) << result.error;
+    const auto &faults = result.scenario.controller.faults;
+    EXPECT_TRUE(faults.busyForever);
+    EXPECT_EQ(faults.busyFromCommand, 7u);
+    EXPECT_TRUE(faults.ignoresSelection);
+    EXPECT_TRUE(faults.overridesReportedSlots);
+    EXPECT_EQ(faults.reportedSlots, (std::vector<uint32_t>{0, 1}));
+    ASSERT_EQ(faults.portFaults.size(), 2u);
+    EXPECT_EQ(faults.portFaults[0].port, emulator::ControllerPort::Index);
+    EXPECT_EQ(faults.portFaults[0].nth, 0u);
+    EXPECT_EQ(faults.portFaults[1].port, emulator::ControllerPort::Data);
+    EXPECT_EQ(faults.portFaults[1].nth, 3u);
+
+    const auto plain = parseScenario(R"({"name": "x", "controller": {"faults": {}}})", "inline");
+    ASSERT_TRUE(plain.ok) << plain.error;
+    EXPECT_FALSE(plain.scenario.controller.faults.overridesReportedSlots)
+        << "an absent list keeps the real status";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    SmartBatteryLimits, MalformedScenario,
+    ::testing::Values(
+        BadScenario{R"({"name": "x", "controller": {"faults": {"colour": 1}}})",
+                    "field 'controller.faults.colour': unknown field"},
+        BadScenario{R"({"name": "x", "controller": {"faults": {"busyFromCommand": 0}}})",
+                    "field 'controller.faults.busyFromCommand': counts from 1"},
+        BadScenario{R"({"name": "x", "controller": {"faults": {"portFaults": [{"nth": 2}]}}})",
+                    "field 'controller.faults.portFaults[0].port': missing"},
+        BadScenario{R"({"name": "x", "controller": {"faults": {"portFaults": [{"port": "cmd"}]}}})",
+                    "expected one of index, data"},
+        BadScenario{
+            R"({"name": "x", "controller": {"faults": {"portFaults": [{"port": "data", "nth": 0}]}}})",
+            "portFaults[0].nth': counts from 1"},
+        BadScenario{R"({"name": "x", "controller": {"faults": {"reportedSlots": [2]}}})",
+                    "field 'controller.faults.reportedSlots[0]': must not exceed 1"},
+        BadScenario{R"({"name": "x", "controller": {"faults": {"reportedSlots": "both"}}})",
+                    "reportedSlots': expected a list"},
+        BadScenario{
+            R"({"name": "x", "batteries": [{"capacityUnit": "mWh", "designCapacity": 655351}]})",
+            "batteries[0].designCapacity': must not exceed 655350"},
+        BadScenario{
+            R"({"name": "x", "batteries": [{"capacityUnit": "mAh", "fullChargeCapacity": 65536}]})",
+            "batteries[0].fullChargeCapacity': must not exceed 65535"},
+        BadScenario{R"({"name": "x", "batteries": [{"serialNumber": 65536}]})",
+                    "batteries[0].serialNumber': must not exceed 65535"},
+        BadScenario{R"({"name": "x", "batteries": [{"cycleScale": 4096}]})", "cycleScale'"},
+        BadScenario{R"({"name": "x", "batteries": [{"cycleScaleTop": 16}]})", "cycleScaleTop'"},
+        BadScenario{R"({"name": "x", "batteries": [{"temperature_C": -274}]})",
+                    "batteries[0].temperature_C': must lie from -273.15 to 6280.35"},
+        BadScenario{R"({"name": "x", "batteries": [{"manufactureDate": {"year": 1979}}]})",
+                    "batteries[0].manufactureDate.year': must lie from 1980 to 2107"},
+        BadScenario{R"({"name": "x", "batteries": [{"slot": 1}, {"slot": 1}]})",
+                    "batteries[1].slot': slot already holds"}));

@@ -10,6 +10,7 @@
 #include "emulator/device_table.h"
 #include "emulator/embedded_controller.h"
 #include "emulator/emulator_api.h"
+#include "emulator/port_trace.h"
 #include "emulator/power_state.h"
 #include "emulator/scenario.h"
 #include "emulator/scenario_loader.h"
@@ -39,6 +40,10 @@ public:
         return counters_;
     }
 
+    PortTrace &portTrace() {
+        ensureInstalled();
+        return portTrace_;
+    }
     DeviceTable &devices() {
         ensureInstalled();
         return devices_;
@@ -87,6 +92,7 @@ private:
     Scenario scenario_;
     Clock clock_;
     Counters counters_;
+    PortTrace portTrace_;
     EmbeddedController controller_;
     DeviceTable devices_;
     DeviceRegistry registry_;

@@ -30,16 +30,38 @@ struct BatteryDescription {
     uint32_t designVoltage_mV = 0;
     double temperature_C = 25.0;
     uint32_t cycleCount = 0;
-    uint32_t cycleScale = 0;
+    uint32_t cycleScale = 0;    // the 12-bit divisor the controller shows
+    uint32_t cycleScaleTop = 0; // the 4 bits the controller shows above it
     bool overTemperature = false;
     std::string authenticity = "genuine"; // genuine, authorized, not-authenticated, unknown
     double chargePercent = 80.0;
     std::string uniqueId; // the driver's unique identifier; empty when it gives none
 };
 
+enum class ControllerPort { Index, Data };
+
+// One port that fails: every access to it, or only its n-th access (counted
+// from 1 over reads and writes of that port since the scenario was installed).
+struct PortFault {
+    ControllerPort port = ControllerPort::Data;
+    uint32_t nth = 0; // 0: every access
+};
+
+// Ways in which a controller misbehaves.
+struct ControllerFaults {
+    bool busyForever = false;
+    uint32_t busyFromCommand = 0; // n > 0: the n-th command and every later one never finish
+    std::vector<PortFault> portFaults;
+    bool ignoresSelection = false; // battery 0 stays selected whatever is written
+    // Slots the status byte reports instead of the batteries that are there.
+    bool overridesReportedSlots = false;
+    std::vector<uint32_t> reportedSlots;
+};
+
 struct ControllerSection {
     bool present = false;   // an embedded controller that answers on ports 0x1610/0x1611
     uint32_t busyPolls = 0; // polls for which each command keeps the controller busy
+    ControllerFaults faults;
 };
 
 // One device of the battery setup class as the device registry lists it.
