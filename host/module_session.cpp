@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <sstream>
 
+#include "battery_module/resource.h"
+
 namespace module_session {
 
 namespace {
@@ -12,8 +14,9 @@ constexpr uint16_t kBatteryModule = 12;
 } // namespace
 
 bool isSmartPath(ModuleInterface &module) {
-    return findTest(module, EntityId(kBatteryModule, kQuickDiagnostic, kTemperatureTest)) !=
-           nullptr;
+    Resource *resource = module.getResource();
+    return resource != nullptr && resource->getTestOptions().count(EntityId(
+                                      kBatteryModule, kQuickDiagnostic, kTemperatureTest)) != 0;
 }
 
 void prepareComponents(ModuleInterface &module) {

@@ -13,7 +13,7 @@
 // operations alone.
 namespace module_session {
 
-// The quick diagnostic offers the temperature test only on the smart path.
+// Only the smart path's option tables offer the temperature test.
 bool isSmartPath(ModuleInterface &module);
 
 // The generic manager starts empty, so it is refreshed before anything is
