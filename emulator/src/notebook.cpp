@@ -29,6 +29,7 @@ void Notebook::install(const Scenario &scenario) {
     clock_.reset(scenario.startTick);
     counters_ = Counters();
     controller_.install(scenario);
+    com_.install(scenario);
     installed_ = true;
 }
 

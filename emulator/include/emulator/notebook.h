@@ -5,6 +5,7 @@
 #include <string>
 
 #include "emulator/clock.h"
+#include "emulator/com_runtime.h"
 #include "emulator/counters.h"
 #include "emulator/embedded_controller.h"
 #include "emulator/emulator_api.h"
@@ -36,6 +37,12 @@ public:
         return counters_;
     }
 
+    // COM on the module's thread; the platform layer's COM calls land here.
+    ComRuntime &com() {
+        ensureInstalled();
+        return com_;
+    }
+
     uint32_t portWrite(uint16_t port, uint8_t value);
     uint32_t portRead(uint16_t port, uint8_t *value);
 
@@ -52,6 +59,7 @@ private:
     Clock clock_;
     Counters counters_;
     EmbeddedController controller_;
+    ComRuntime com_;
 };
 
 } // namespace emulator
