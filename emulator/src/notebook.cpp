@@ -2,6 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+
+#include "display_device.h"
 
 namespace emulator {
 
@@ -30,6 +33,13 @@ void Notebook::install(const Scenario &scenario) {
     counters_ = Counters();
     controller_.install(scenario);
     com_.install(scenario);
+    batteries_ = scenario.batteries;
+    registry_.install(scenario);
+    power_.install(scenario);
+    devices_.clear();
+    if (scenario.display.present) {
+        devices_.add(DisplayDevice::kPath, std::make_shared<DisplayDevice>(*this));
+    }
     installed_ = true;
 }
 
@@ -49,6 +59,21 @@ void Notebook::ensureInstalled() {
                      result.error.c_str());
     }
     install(result.ok ? result.scenario : Scenario());
+}
+
+uint32_t Notebook::systemBatteryPercent() {
+    ensureInstalled();
+    if (power_.faults.batteryLifePercent >= 0) {
+        return static_cast<uint32_t>(power_.faults.batteryLifePercent);
+    }
+    double sum = 0;
+    unsigned present = 0;
+    for (const BatteryDescription &battery : batteries_) {
+        if (!battery.present) continue;
+        sum += battery.chargePercent;
+        ++present;
+    }
+    return present == 0 ? 255u : static_cast<uint32_t>(sum / present);
 }
 
 uint32_t Notebook::portWrite(uint16_t port, uint8_t value) {

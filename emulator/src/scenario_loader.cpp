@@ -113,9 +113,66 @@ ControllerSection parseController(const JsonFields &fields) {
     return controller;
 }
 
+OperatingSystemSection parseOperatingSystem(const JsonFields &fields) {
+    fields.allowOnly({"batteryClassDevices"});
+    OperatingSystemSection os;
+    os.classDevicesGiven = fields.has("batteryClassDevices");
+    for (const JsonFields &device : fields.objects("batteryClassDevices")) {
+        device.allowOnly({"description", "driverKey", "driverVersion"});
+        ClassDevice entry;
+        entry.description = device.text("description", "");
+        entry.hasDriverKey = device.has("driverKey");
+        entry.driverKey = device.text("driverKey", "");
+        entry.driverVersion = device.text("driverVersion", "");
+        os.classDevices.push_back(entry);
+    }
+    return os;
+}
+
+PowerSection parsePower(const JsonFields &fields) {
+    fields.allowOnly({"ac", "scheme", "faults", "batteryLifePercent"});
+    PowerSection power;
+    power.ac = fields.flag("ac", power.ac);
+    const std::string scheme = fields.choice(
+        "scheme", "balanced", {"high-performance", "balanced", "power-saver", "custom"});
+    power.scheme = scheme == "high-performance" ? PowerScheme::HighPerformance
+                   : scheme == "power-saver"    ? PowerScheme::PowerSaver
+                   : scheme == "custom"         ? PowerScheme::Custom
+                                                : PowerScheme::Balanced;
+    for (const std::string &fault : fields.texts("faults")) {
+        if (fault == "status-call-fails")
+            power.statusFails = true;
+        else if (fault == "scheme-query-fails")
+            power.schemeQueryFails = true;
+        else if (fault == "scheme-change-fails")
+            power.schemeChangeFails = true;
+        else
+            throw FieldError(fields.pathOf("faults"),
+                             "unknown fault '" + fault +
+                                 "' (known: status-call-fails, scheme-query-fails, "
+                                 "scheme-change-fails)");
+    }
+    if (fields.has("batteryLifePercent")) {
+        power.batteryLifePercent =
+            static_cast<int32_t>(fields.unsignedNumber("batteryLifePercent", 0, 255));
+    }
+    return power;
+}
+
+DisplaySection parseDisplay(const JsonFields &fields) {
+    fields.allowOnly({"present", "acLevel", "dcLevel", "refusesBrightness"});
+    DisplaySection display;
+    display.present = fields.flag("present", display.present);
+    display.acLevel = static_cast<uint32_t>(fields.unsignedNumber("acLevel", display.acLevel, 100));
+    display.dcLevel = static_cast<uint32_t>(fields.unsignedNumber("dcLevel", display.dcLevel, 100));
+    display.refusesBrightness = fields.flag("refusesBrightness", display.refusesBrightness);
+    return display;
+}
+
 Scenario parseTopLevel(const JsonFields &fields) {
     fields.allowOnly(
-        {"name", "description", "startTick", "controller", "batteries", "instrumentation"});
+        {"name", "description", "startTick", "controller", "batteries", "os", "power", "display",
+         "instrumentation"});
     Scenario scenario;
     scenario.name = fields.requiredText("name");
     scenario.description = fields.text("description", "");
@@ -129,6 +186,9 @@ Scenario parseTopLevel(const JsonFields &fields) {
     if (fields.has("instrumentation")) {
         scenario.instrumentation = parseInstrumentation(fields.object("instrumentation"));
     }
+    if (fields.has("os")) scenario.os = parseOperatingSystem(fields.object("os"));
+    if (fields.has("power")) scenario.power = parsePower(fields.object("power"));
+    if (fields.has("display")) scenario.display = parseDisplay(fields.object("display"));
     if (scenario.batteries.size() > 2) {
         throw FieldError("batteries", "a notebook holds at most two batteries");
     }

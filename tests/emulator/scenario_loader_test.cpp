@@ -25,7 +25,8 @@ TEST(ScenarioLoader, ReadsABatteryInRealUnits) {
         "name": "x", "startTick": 5, "controller": {"present": true, "busyPolls": 3},
         "batteries": [{"slot": 1, "capacityUnit": "mAh", "designCapacity": 5000,
                        "temperature_C": -5.5, "manufactureDate": {"year": 2017, "month": 3, "day": 11}}]
-    })", "inline");
+    })",
+                                      "inline");
     ASSERT_TRUE(result.ok) << result.error;
     const auto &battery = result.scenario.batteries.at(0);
     EXPECT_EQ(result.scenario.startTick, 5u);
@@ -56,8 +57,7 @@ TEST_P(MalformedScenario, GivesOneClearErrorNamingFileAndField) {
 INSTANTIATE_TEST_SUITE_P(
     Table, MalformedScenario,
     ::testing::Values(
-        BadScenario{"{ \"name\": ", "not valid JSON"},
-        BadScenario{"[]", "expected an object"},
+        BadScenario{"{ \"name\": ", "not valid JSON"}, BadScenario{"[]", "expected an object"},
         BadScenario{"{}", "field 'name': missing"},
         BadScenario{R"({"name": 5})", "field 'name': expected a string"},
         BadScenario{R"({"name": "x", "startTick": -1})", "field 'startTick'"},
@@ -75,7 +75,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ScenarioLoader, UnknownNamesAndMissingFilesAreRefused) {
     const auto unknown = loadScenario("no-such-scenario");
     EXPECT_FALSE(unknown.ok);
-    EXPECT_NE(unknown.error.find("unknown built-in scenario 'no-such-scenario'"), std::string::npos);
+    EXPECT_NE(unknown.error.find("unknown built-in scenario 'no-such-scenario'"),
+              std::string::npos);
     EXPECT_NE(unknown.error.find("default"), std::string::npos) << "lists the known names";
     const auto missing = loadScenario("/nonexistent/x.json");
     EXPECT_FALSE(missing.ok);

@@ -14,8 +14,8 @@ TEST(WinTimer, ElapsedSecondsUsesThe32BitDifference) {
     const Row rows[] = {
         {1000, 1000, 0.0},
         {0, 500, 0.5},
-        {0xFFFFFFF0u, 0x10u, 0.032},         // across the wrap
-        {10, 9, 4294967.295},                 // an end before the start reads as a long time
+        {0xFFFFFFF0u, 0x10u, 0.032}, // across the wrap
+        {10, 9, 4294967.295},        // an end before the start reads as a long time
     };
     for (const Row &row : rows) {
         EXPECT_DOUBLE_EQ(timer.elapsedSeconds(row.start, row.end), row.seconds)

@@ -7,8 +7,11 @@
 #include "emulator/clock.h"
 #include "emulator/com_runtime.h"
 #include "emulator/counters.h"
+#include "emulator/device_registry.h"
+#include "emulator/device_table.h"
 #include "emulator/embedded_controller.h"
 #include "emulator/emulator_api.h"
+#include "emulator/power_state.h"
 #include "emulator/scenario.h"
 #include "emulator/scenario_loader.h"
 
@@ -42,6 +45,25 @@ public:
         ensureInstalled();
         return com_;
     }
+    DeviceTable &devices() {
+        ensureInstalled();
+        return devices_;
+    }
+    DeviceRegistry &registry() {
+        ensureInstalled();
+        return registry_;
+    }
+    PowerState &power() {
+        ensureInstalled();
+        return power_;
+    }
+    // The batteries as they are now; they start as the scenario describes them.
+    std::vector<BatteryDescription> &batteries() {
+        ensureInstalled();
+        return batteries_;
+    }
+    // The operating system's battery life percent: 255 without a battery.
+    uint32_t systemBatteryPercent();
 
     uint32_t portWrite(uint16_t port, uint8_t value);
     uint32_t portRead(uint16_t port, uint8_t *value);
@@ -60,6 +82,10 @@ private:
     Counters counters_;
     EmbeddedController controller_;
     ComRuntime com_;
+    DeviceTable devices_;
+    DeviceRegistry registry_;
+    PowerState power_;
+    std::vector<BatteryDescription> batteries_;
 };
 
 } // namespace emulator

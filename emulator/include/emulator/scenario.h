@@ -71,6 +71,39 @@ struct InstrumentationSection {
     // How the service hands out DesignVoltage: "text" (as a uint64 property
     // travels), "int32" or "null".
     std::string designVoltageType = "text";
+// One device of the battery setup class as the device registry lists it.
+struct ClassDevice {
+    std::string description;
+    bool hasDriverKey = true;  // SPDRP_DRIVER
+    std::string driverKey;     // e.g. "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}\\0001"
+    std::string driverVersion; // empty: the driver's key has no DriverVersion value
+};
+
+// What the operating system knows of the batteries besides the batteries
+// themselves.
+struct OperatingSystemSection {
+    // Absent in a scenario: the AC adapter at index 0 and one device per
+    // battery, each with a driver version.
+    bool classDevicesGiven = false;
+    std::vector<ClassDevice> classDevices;
+};
+
+enum class PowerScheme { HighPerformance, Balanced, PowerSaver, Custom };
+
+struct PowerSection {
+    bool ac = false;
+    PowerScheme scheme = PowerScheme::Balanced;
+    bool statusFails = false;        // GetSystemPowerStatus fails
+    bool schemeQueryFails = false;   // PowerGetActiveScheme fails
+    bool schemeChangeFails = false;  // PowerSetActiveScheme fails
+    int32_t batteryLifePercent = -1; // overrides the figure from the batteries (0-255)
+};
+
+struct DisplaySection {
+    bool present = true; // the "\\.\LCD" device
+    uint32_t acLevel = 80;
+    uint32_t dcLevel = 60;
+    bool refusesBrightness = false; // every brightness change fails
 };
 
 struct Scenario {
@@ -81,6 +114,9 @@ struct Scenario {
     ControllerSection controller;
     std::vector<BatteryDescription> batteries;
     InstrumentationSection instrumentation;
+    OperatingSystemSection os;
+    PowerSection power;
+    DisplaySection display;
 };
 
 } // namespace emulator

@@ -77,7 +77,9 @@ inline bool operator==(const GUID &a, const GUID &b) {
         if (a.Data4[i] != b.Data4[i]) return false;
     return true;
 }
-inline bool operator!=(const GUID &a, const GUID &b) { return !(a == b); }
+inline bool operator!=(const GUID &a, const GUID &b) {
+    return !(a == b);
+}
 
 // Error codes (GetLastError, registry results).
 #define ERROR_SUCCESS 0L
@@ -100,6 +102,36 @@ inline bool operator!=(const GUID &a, const GUID &b) { return !(a == b); }
 #define SUCCEEDED(hr) (((HRESULT)(hr)) >= 0)
 #define FAILED(hr) (((HRESULT)(hr)) < 0)
 
+// Files and devices.
+#define GENERIC_READ 0x80000000u
+#define GENERIC_WRITE 0x40000000u
+#define FILE_SHARE_READ 0x00000001u
+#define FILE_SHARE_WRITE 0x00000002u
+#define OPEN_EXISTING 3u
+#define FILE_ATTRIBUTE_NORMAL 0x00000080u
+#define ERROR_INVALID_FUNCTION 1L
+#define ERROR_INVALID_USER_BUFFER 1784L
+
+struct SECURITY_ATTRIBUTES;
+typedef SECURITY_ATTRIBUTES *LPSECURITY_ATTRIBUTES;
+struct OVERLAPPED;
+typedef OVERLAPPED *LPOVERLAPPED;
+
+// Power status of the system.
+typedef struct _SYSTEM_POWER_STATUS {
+    BYTE ACLineStatus;
+    BYTE BatteryFlag;
+    BYTE BatteryLifePercent;
+    BYTE SystemStatusFlag;
+    DWORD BatteryLifeTime;
+    DWORD BatteryFullLifeTime;
+} SYSTEM_POWER_STATUS, *LPSYSTEM_POWER_STATUS;
+
+// Registry.
+#define HKEY_LOCAL_MACHINE ((HKEY)(ULONG_PTR)((LONG)0x80000002))
+#define RRF_RT_REG_SZ 0x00000002u
+#define REG_SZ 1u
+
 extern "C" {
 WIN32_API DWORD GetTickCount(void);
 WIN32_API void Sleep(DWORD milliseconds);
@@ -107,7 +139,24 @@ WIN32_API DWORD GetLastError(void);
 WIN32_API void SetLastError(DWORD error);
 WIN32_API BOOL CloseHandle(HANDLE handle);
 WIN32_API HLOCAL LocalFree(HLOCAL memory);
+WIN32_API HANDLE CreateFileW(LPCWSTR fileName, DWORD desiredAccess, DWORD shareMode,
+                             LPSECURITY_ATTRIBUTES security, DWORD creationDisposition,
+                             DWORD flagsAndAttributes, HANDLE templateFile);
+WIN32_API HANDLE CreateFileA(LPCSTR fileName, DWORD desiredAccess, DWORD shareMode,
+                             LPSECURITY_ATTRIBUTES security, DWORD creationDisposition,
+                             DWORD flagsAndAttributes, HANDLE templateFile);
+WIN32_API BOOL DeviceIoControl(HANDLE device, DWORD ioControlCode, LPVOID inBuffer,
+                               DWORD inBufferSize, LPVOID outBuffer, DWORD outBufferSize,
+                               LPDWORD bytesReturned, LPOVERLAPPED overlapped);
+WIN32_API BOOL GetSystemPowerStatus(LPSYSTEM_POWER_STATUS status);
+WIN32_API LSTATUS RegGetValueA(HKEY key, LPCSTR subKey, LPCSTR value, DWORD flags, LPDWORD type,
+                               PVOID data, LPDWORD dataSize);
 }
+
+// The platform layer speaks Unicode, as a Windows build with UNICODE does.
+#define CreateFile CreateFileW
+
+static_assert(sizeof(SYSTEM_POWER_STATUS) == 12, "SYSTEM_POWER_STATUS is 12 bytes");
 
 static_assert(sizeof(GUID) == 16, "GUID is 16 bytes");
 static_assert(sizeof(DWORD) == 4 && sizeof(LONG) == 4 && sizeof(BOOL) == 4, "32-bit integers");

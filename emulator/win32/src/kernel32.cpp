@@ -1,6 +1,8 @@
-// Time, errors and handles of the platform layer.
+// Time, errors and memory of the platform layer.
 
 #include <windows.h>
+
+#include <cstdlib>
 
 #include "emulator/notebook.h"
 
@@ -10,22 +12,25 @@ thread_local DWORD lastError = ERROR_SUCCESS;
 
 extern "C" {
 
-DWORD GetTickCount(void) { return emulator::Notebook::instance().clock().tickCount(); }
-
-void Sleep(DWORD milliseconds) { emulator::Notebook::instance().clock().sleep(milliseconds); }
-
-DWORD GetLastError(void) { return lastError; }
-
-void SetLastError(DWORD error) { lastError = error; }
-
-// No device can be opened yet, so no handle is valid.
-BOOL CloseHandle(HANDLE) {
-    SetLastError(ERROR_INVALID_HANDLE);
-    return FALSE;
+DWORD GetTickCount(void) {
+    return emulator::Notebook::instance().clock().tickCount();
 }
 
+void Sleep(DWORD milliseconds) {
+    emulator::Notebook::instance().clock().sleep(milliseconds);
+}
+
+DWORD GetLastError(void) {
+    return lastError;
+}
+
+void SetLastError(DWORD error) {
+    lastError = error;
+}
+
+// Memory handed out by the layer (PowerGetActiveScheme) comes from malloc.
 HLOCAL LocalFree(HLOCAL memory) {
-    ::operator delete(memory);
+    std::free(memory);
     return nullptr;
 }
 }
