@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "battery_driver.h"
 #include "display_device.h"
 
 namespace emulator {
@@ -39,6 +40,9 @@ void Notebook::install(const Scenario &scenario) {
     devices_.clear();
     if (scenario.display.present) {
         devices_.add(DisplayDevice::kPath, std::make_shared<DisplayDevice>(*this));
+    }
+    for (size_t i = 0; i < batteries_.size(); ++i) {
+        devices_.add(batteryDevicePath(batteries_[i].slot), std::make_shared<BatteryDriver>(*this, i));
     }
     installed_ = true;
 }

@@ -10,8 +10,6 @@ bool isSmartPathAvailable(SmartPathHandle) { return false; }
 void deleteSmartBatteryManager(SmartPathHandle) {}
 SystemComponentManager *smartPathManager(SmartPathHandle) { return nullptr; }
 
-SystemComponentManager *newGenericBatteryManager(const EntityId &) { return nullptr; }
-
 Resource *newBatteryResource(const EntityId &, bool) { return nullptr; }
 
 Test *newSmartHealthTest(const std::string &, const EntityId &) { return nullptr; }

@@ -18,6 +18,7 @@ struct Counters {
 
     // The battery class driver.
     uint64_t batteryRequests = 0; // DeviceIoControl requests the battery driver answered
+    uint64_t reenumerations = 0;  // CM_Reenumerate_DevNode calls on the device tree
 };
 
 } // namespace emulator

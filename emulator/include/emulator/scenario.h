@@ -71,6 +71,8 @@ struct InstrumentationSection {
     // How the service hands out DesignVoltage: "text" (as a uint64 property
     // travels), "int32" or "null".
     std::string designVoltageType = "text";
+};
+
 // One device of the battery setup class as the device registry lists it.
 struct ClassDevice {
     std::string description;
