@@ -22,10 +22,11 @@ constexpr uint32_t kSystemBattery = 0x80000000u;
 constexpr uint32_t kPowerOnLine = 1, kDischarging = 2, kCharging = 4;
 
 // Information levels, numbered as the driver interface numbers them.
-const char *const kLevelNames[] = {
-    "BatteryInformation",     "BatteryGranularityInformation", "BatteryTemperature",
-    "BatteryEstimatedTime",   "BatteryDeviceName",             "BatteryManufactureDate",
-    "BatteryManufactureName", "BatteryUniqueID",               "BatterySerialNumber"};
+const char *const kLevelNames[] = {"BatteryInformation",     "BatteryGranularityInformation",
+                                   "BatteryTemperature",     "BatteryEstimatedTime",
+                                   "BatteryDeviceName",      "BatteryManufactureDate",
+                                   "BatteryManufactureName", "BatteryUniqueID",
+                                   "BatterySerialNumber"};
 constexpr uint32_t kLevelCount = sizeof kLevelNames / sizeof kLevelNames[0];
 
 // Records of the driver interface, laid out as on 64-bit Windows.
@@ -73,7 +74,9 @@ uint32_t milliwattHours(const BatteryDescription &battery, uint32_t capacity) {
 
 // The tag names one insertion of the battery; the slot keeps two batteries
 // apart.
-uint32_t tagOf(const BatteryDescription &battery) { return 0x4711u + battery.slot; }
+uint32_t tagOf(const BatteryDescription &battery) {
+    return 0x4711u + battery.slot;
+}
 
 uint32_t copyText(const std::string &text, bool unterminated, void *output, uint32_t outputSize,
                   uint32_t *returned) {
@@ -114,7 +117,9 @@ uint32_t BatteryDriver::open() {
     return notebook_.batteries().at(battery_).driver.openFails ? kAccessDenied : 0;
 }
 
-bool BatteryDriver::present() { return notebook_.batteries().at(battery_).present && !vanished_; }
+bool BatteryDriver::present() {
+    return notebook_.batteries().at(battery_).present && !vanished_;
+}
 
 uint32_t BatteryDriver::control(uint32_t code, const void *input, uint32_t inputSize, void *output,
                                 uint32_t outputSize, uint32_t *returned) {
@@ -226,7 +231,9 @@ uint32_t BatteryDriver::status(void *output, uint32_t outputSize, uint32_t *retu
     const bool charging = ac && battery.chargePercent < 100.0;
     // A plain notebook: charging at half its capacity per hour, running down
     // at a fifth.
-    status.rate = charging ? static_cast<int32_t>(full / 2) : ac ? 0 : -static_cast<int32_t>(full / 5);
+    status.rate = charging ? static_cast<int32_t>(full / 2)
+                  : ac     ? 0
+                           : -static_cast<int32_t>(full / 5);
     status.powerState = (ac ? kPowerOnLine : kDischarging) | (charging ? kCharging : 0);
     return copyRecord(status, output, outputSize, returned);
 }

@@ -170,9 +170,8 @@ DisplaySection parseDisplay(const JsonFields &fields) {
 }
 
 Scenario parseTopLevel(const JsonFields &fields) {
-    fields.allowOnly(
-        {"name", "description", "startTick", "controller", "batteries", "os", "power", "display",
-         "instrumentation"});
+    fields.allowOnly({"name", "description", "startTick", "controller", "batteries", "os", "power",
+                      "display", "instrumentation"});
     Scenario scenario;
     scenario.name = fields.requiredText("name");
     scenario.description = fields.text("description", "");

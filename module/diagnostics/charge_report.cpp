@@ -17,7 +17,9 @@ std::string chargeLine(const char *key, uint64_t percent) {
 ChargeReport::ChargeReport(ExecutionContext *context, SmartBatteryComponent *component)
     : context(context), component(component) {}
 
-ChargeReport::~ChargeReport() { close(); }
+ChargeReport::~ChargeReport() {
+    close();
+}
 
 void ChargeReport::captureInitialCharge() {
     uint64_t percent = 0;

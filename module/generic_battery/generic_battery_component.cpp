@@ -38,7 +38,9 @@ std::string capacityText(uint32_t capacity, int32_t millivolts) {
 
 } // namespace
 
-GenericBatteryComponent::GenericBatteryComponent() : driverVersion("EMPTY") { index = "0"; }
+GenericBatteryComponent::GenericBatteryComponent() : driverVersion("EMPTY") {
+    index = "0";
+}
 
 GenericBatteryComponent::~GenericBatteryComponent() = default;
 
@@ -55,7 +57,9 @@ void GenericBatteryComponent::setHandles(const std::vector<HANDLE *> &cells) {
     handles = cells;
 }
 
-std::vector<GenericBatteryInfo> GenericBatteryComponent::getBatteries() const { return batteries; }
+std::vector<GenericBatteryInfo> GenericBatteryComponent::getBatteries() const {
+    return batteries;
+}
 
 int32_t GenericBatteryComponent::milliampHours(int32_t capacity, int32_t voltage) {
     if (voltage == 0) return 0;
@@ -88,9 +92,10 @@ ComponentInfoGroup GenericBatteryComponent::batteryGroup(size_t position) const 
 
     // Bit 0 of the capabilities marks capacities that are no absolute figures.
     const bool relative = (battery.capabilities & 0x1u) != 0;
-    add(keys::FULL_CHARGE_CAPACITY, battery.fullChargeCapacity < 1 || relative
-                                        ? std::string(keys::NOT_AVAILABLE)
-                                        : capacityText(battery.fullChargeCapacity, usableMillivolts));
+    add(keys::FULL_CHARGE_CAPACITY,
+        battery.fullChargeCapacity < 1 || relative
+            ? std::string(keys::NOT_AVAILABLE)
+            : capacityText(battery.fullChargeCapacity, usableMillivolts));
     add(keys::DESIGN_CAPACITY, battery.designCapacity < 1 || relative
                                    ? std::string(keys::NOT_AVAILABLE)
                                    : capacityText(battery.designCapacity, usableMillivolts));

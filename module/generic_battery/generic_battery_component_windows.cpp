@@ -30,9 +30,9 @@ bool batteryDriverKey(std::string &key) {
         SetupDiGetDeviceRegistryPropertyA(set, &device, SPDRP_DRIVER, nullptr, nullptr, 0,
                                           &required);
         std::vector<BYTE> buffer(required + 1, 0);
-        found = required > 0 && SetupDiGetDeviceRegistryPropertyA(set, &device, SPDRP_DRIVER,
-                                                                  nullptr, buffer.data(), required,
-                                                                  nullptr);
+        found =
+            required > 0 && SetupDiGetDeviceRegistryPropertyA(set, &device, SPDRP_DRIVER, nullptr,
+                                                              buffer.data(), required, nullptr);
         if (found) key = std::string(reinterpret_cast<const char *>(buffer.data()));
     }
     SetupDiDestroyDeviceInfoList(set);
@@ -99,7 +99,8 @@ uint32_t GenericBatteryComponentWindows::readChargeEntry(HANDLE *cell,
     return generic_result::Success;
 }
 
-uint32_t GenericBatteryComponentWindows::getBatteryCharges(std::vector<BatteryChargeEntry> &charges) {
+uint32_t
+GenericBatteryComponentWindows::getBatteryCharges(std::vector<BatteryChargeEntry> &charges) {
     charges.clear();
     const size_t count = std::min(handles.size(), batteries.size());
     for (size_t i = 0; i < count; ++i) {

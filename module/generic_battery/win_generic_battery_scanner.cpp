@@ -53,7 +53,9 @@ BATTERY_QUERY_INFORMATION informationQuery(uint32_t tag, BATTERY_QUERY_INFORMATI
     return query;
 }
 
-bool isOpen(HANDLE handle) { return handle != INVALID_HANDLE_VALUE && handle != nullptr; }
+bool isOpen(HANDLE handle) {
+    return handle != INVALID_HANDLE_VALUE && handle != nullptr;
+}
 
 struct ChemistryCode {
     const char *code;
@@ -142,7 +144,8 @@ void WinGenericBatteryScanner::readDetails(HANDLE *cell, uint32_t tag, GenericBa
     BATTERY_INFORMATION battery = {};
     if (queryInformation(cell, informationQuery(tag, BatteryInformation), sizeof battery,
                          &battery) == generic_result::Success) {
-        info.chemistry = chemistryName(text::fromBytes(battery.Chemistry, sizeof battery.Chemistry));
+        info.chemistry =
+            chemistryName(text::fromBytes(battery.Chemistry, sizeof battery.Chemistry));
         info.capabilities = battery.Capabilities;
         info.cycleCount = battery.CycleCount;
         info.designCapacity = usableCapacity(battery.DesignedCapacity);
@@ -163,8 +166,8 @@ uint32_t WinGenericBatteryScanner::isBatteryPresent(HANDLE *cell, bool &present)
     uint32_t tag = 0;
     if (queryTag(cell, tag) != generic_result::Success) return generic_result::Failed;
     BATTERY_INFORMATION battery = {};
-    const uint32_t result = queryInformation(cell, informationQuery(tag, BatteryInformation),
-                                             sizeof battery, &battery);
+    const uint32_t result =
+        queryInformation(cell, informationQuery(tag, BatteryInformation), sizeof battery, &battery);
     // Any answer but "no such battery" means something is there.
     present = result != generic_result::BatteryVanished;
     return generic_result::Success;
@@ -174,9 +177,10 @@ uint32_t WinGenericBatteryScanner::refreshCapacities(HANDLE *cell, GenericBatter
     uint32_t tag = 0;
     if (queryTag(cell, tag) != generic_result::Success) return generic_result::Failed;
     BATTERY_INFORMATION battery = {};
-    const uint32_t result = queryInformation(cell, informationQuery(tag, BatteryInformation),
-                                             sizeof battery, &battery);
-    info.designCapacity = result == generic_result::Success ? usableCapacity(battery.DesignedCapacity) : 0;
+    const uint32_t result =
+        queryInformation(cell, informationQuery(tag, BatteryInformation), sizeof battery, &battery);
+    info.designCapacity =
+        result == generic_result::Success ? usableCapacity(battery.DesignedCapacity) : 0;
     info.fullChargeCapacity =
         result == generic_result::Success ? usableCapacity(battery.FullChargedCapacity) : 0;
     return result;
@@ -189,7 +193,7 @@ uint32_t WinGenericBatteryScanner::queryTag(HANDLE *cell, uint32_t &tag) {
     ULONG answered = 0;
     DWORD returned = 0;
     const BOOL ok = DeviceIoControl(*cell, IOCTL_BATTERY_QUERY_TAG, &wait, sizeof wait, &answered,
-                                   sizeof answered, &returned, nullptr);
+                                    sizeof answered, &returned, nullptr);
     tag = answered;
     // A failure that leaves no tag is what an empty slot answers; the next
     // request then tells whether the device still has a battery.
@@ -254,7 +258,8 @@ std::string WinGenericBatteryScanner::chemistryName(const std::string &code) {
         if (code == known.code) return known.name;
     }
     // The three-letter code fills the four-byte field with a NUL or a blank.
-    if (code.size() == 4 && code.compare(0, 3, keys::CODE_RECHARGEABLE_ALKALINE_MANGANESE) == 0 && (code[3] == '\0' || code[3] == ' ')) {
+    if (code.size() == 4 && code.compare(0, 3, keys::CODE_RECHARGEABLE_ALKALINE_MANGANESE) == 0 &&
+        (code[3] == '\0' || code[3] == ' ')) {
         return keys::RECHARGEABLE_ALKALINE_MANGANESE;
     }
     return code;

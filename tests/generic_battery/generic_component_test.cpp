@@ -39,16 +39,15 @@ TEST(GenericManager, StartsEmptyAndBuildsOneComponentForTwoBatteries) {
     const auto groups = component->getInfoGroups();
     ASSERT_EQ(groups.size(), 2u);
     EXPECT_EQ(groups[0].name, "BATTERY");
-    EXPECT_EQ(groups[0].properties,
-              (Properties{{"INDEX", "0"},
-                          {"NAME", "OS-4C57"},
-                          {"CHEMISTRY", "LITHIUM_ION"},
-                          {"MANUFACTURER", "Ostrelle"},
-                          {"SERIAL_NUMBER", "4711"},
-                          {"DESIGN_VOLTAGE", "11.4 Volts"},
-                          {"FULL_CHARGE_CAPACITY", "54.1 Wh (4745 mAh)"},
-                          {"DESIGN_CAPACITY", "57.24 Wh (5021 mAh)"},
-                          {"DRIVER_VERSION", "10.0.22621.2506"}}));
+    EXPECT_EQ(groups[0].properties, (Properties{{"INDEX", "0"},
+                                                {"NAME", "OS-4C57"},
+                                                {"CHEMISTRY", "LITHIUM_ION"},
+                                                {"MANUFACTURER", "Ostrelle"},
+                                                {"SERIAL_NUMBER", "4711"},
+                                                {"DESIGN_VOLTAGE", "11.4 Volts"},
+                                                {"FULL_CHARGE_CAPACITY", "54.1 Wh (4745 mAh)"},
+                                                {"DESIGN_CAPACITY", "57.24 Wh (5021 mAh)"},
+                                                {"DRIVER_VERSION", "10.0.22621.2506"}}));
     EXPECT_EQ(groups[1].properties[0], (ComponentProperty{"INDEX", "1"}));
     EXPECT_EQ(groups[1].properties[2], (ComponentProperty{"CHEMISTRY", "NICKEL_METAL_HYDRIDE"}));
 }
@@ -183,25 +182,34 @@ TEST_P(BatteryGroup, ShowsVoltageAndCapacitiesAsTheRecordAllows) {
 
 INSTANTIATE_TEST_SUITE_P(
     Records, BatteryGroup,
-    ::testing::Values(
-        PropertyCase{"usable", 0, "11400",
-                     {{"DESIGN_VOLTAGE", "11.4 Volts"},
-                      {"FULL_CHARGE_CAPACITY", "45.12 Wh (3957 mAh)"},
-                      {"DESIGN_CAPACITY", "48 Wh (4210 mAh)"}}},
-        PropertyCase{"relative", 1, "11400",
-                     {{"DESIGN_VOLTAGE", "11.4 Volts"},
-                      {"FULL_CHARGE_CAPACITY", "NOT_AVAILABLE"},
-                      {"DESIGN_CAPACITY", "NOT_AVAILABLE"}}},
-        PropertyCase{"zero voltage", 0, "0",
-                     {{"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
-                      {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}},
-        PropertyCase{"no number", 0, "abc",
-                     {{"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
-                      {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}},
-        PropertyCase{"no voltage", 0, "",
-                     {{"DESIGN_VOLTAGE", "NOT_AVAILABLE"},
-                      {"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
-                      {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}}));
+    ::testing::Values(PropertyCase{"usable",
+                                   0,
+                                   "11400",
+                                   {{"DESIGN_VOLTAGE", "11.4 Volts"},
+                                    {"FULL_CHARGE_CAPACITY", "45.12 Wh (3957 mAh)"},
+                                    {"DESIGN_CAPACITY", "48 Wh (4210 mAh)"}}},
+                      PropertyCase{"relative",
+                                   1,
+                                   "11400",
+                                   {{"DESIGN_VOLTAGE", "11.4 Volts"},
+                                    {"FULL_CHARGE_CAPACITY", "NOT_AVAILABLE"},
+                                    {"DESIGN_CAPACITY", "NOT_AVAILABLE"}}},
+                      PropertyCase{"zero voltage",
+                                   0,
+                                   "0",
+                                   {{"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
+                                    {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}},
+                      PropertyCase{"no number",
+                                   0,
+                                   "abc",
+                                   {{"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
+                                    {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}},
+                      PropertyCase{"no voltage",
+                                   0,
+                                   "",
+                                   {{"DESIGN_VOLTAGE", "NOT_AVAILABLE"},
+                                    {"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
+                                    {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}}));
 
 TEST(GenericComponent, AComponentWithoutDevicesAnswersAsItMust) {
     GenericBatteryComponentWindows component;

@@ -18,4 +18,6 @@ inline std::string oneBattery(const std::string &extra = "", const std::string &
            extra + "}]}";
 }
 
-inline uint64_t openHandles() { return emulator::Notebook::instance().devices().openHandles(); }
+inline uint64_t openHandles() {
+    return emulator::Notebook::instance().devices().openHandles();
+}

@@ -81,18 +81,27 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         ReadCase{"healthy", "", "", 0, nullptr},
         ReadCase{"no identifier", R"(, "uniqueId": "")", "", 0,
-                 [](GenericBatteryInfo &i) { i.deviceId = "BAT0"; i.designVoltage.clear(); }},
+                 [](GenericBatteryInfo &i) {
+                     i.deviceId = "BAT0";
+                     i.designVoltage.clear();
+                 }},
         ReadCase{"blank identifier", R"(, "uniqueId": "   ")", "", 0,
-                 [](GenericBatteryInfo &i) { i.deviceId = "BAT0"; i.designVoltage.clear(); }},
+                 [](GenericBatteryInfo &i) {
+                     i.deviceId = "BAT0";
+                     i.designVoltage.clear();
+                 }},
         ReadCase{"identifier refused", R"(, "driver": {"failingLevels": ["BatteryUniqueID"]})", "",
-                 0, [](GenericBatteryInfo &i) { i.deviceId = "BAT0"; i.designVoltage.clear(); }},
-        ReadCase{"temperature refused",
-                 R"(, "driver": {"failingLevels": ["BatteryTemperature"]})", "", 0,
-                 [](GenericBatteryInfo &i) { i.temperature = 0; }},
-        ReadCase{"date refused", R"(, "driver": {"failingLevels": ["BatteryManufactureDate"]})",
-                 "", 0, [](GenericBatteryInfo &i) { i.manufactureYear = 0; }},
-        ReadCase{"information refused",
-                 R"(, "driver": {"failingLevels": ["BatteryInformation"]})", "", 0,
+                 0,
+                 [](GenericBatteryInfo &i) {
+                     i.deviceId = "BAT0";
+                     i.designVoltage.clear();
+                 }},
+        ReadCase{"temperature refused", R"(, "driver": {"failingLevels": ["BatteryTemperature"]})",
+                 "", 0, [](GenericBatteryInfo &i) { i.temperature = 0; }},
+        ReadCase{"date refused", R"(, "driver": {"failingLevels": ["BatteryManufactureDate"]})", "",
+                 0, [](GenericBatteryInfo &i) { i.manufactureYear = 0; }},
+        ReadCase{"information refused", R"(, "driver": {"failingLevels": ["BatteryInformation"]})",
+                 "", 0,
                  [](GenericBatteryInfo &i) {
                      i.capabilities = 0;
                      i.chemistry.clear();
@@ -101,9 +110,15 @@ INSTANTIATE_TEST_SUITE_P(
         ReadCase{"name and serial refused",
                  R"(, "driver": {"failingLevels": ["BatteryDeviceName", "BatterySerialNumber"]})",
                  "", 0,
-                 [](GenericBatteryInfo &i) { i.name.clear(); i.serialNumber.clear(); }},
+                 [](GenericBatteryInfo &i) {
+                     i.name.clear();
+                     i.serialNumber.clear();
+                 }},
         ReadCase{"status fails", R"(, "driver": {"statusFails": true})", "", 0,
-                 [](GenericBatteryInfo &i) { i.remainingCapacity = 0; i.rate = 0; }},
+                 [](GenericBatteryInfo &i) {
+                     i.remainingCapacity = 0;
+                     i.rate = 0;
+                 }},
         ReadCase{"unterminated texts", R"(, "driver": {"unterminatedTexts": true})", "", 0,
                  [](GenericBatteryInfo &i) {
                      i.name.clear();
@@ -132,8 +147,8 @@ INSTANTIATE_TEST_SUITE_P(
                      i.remainingCapacity = 760000;
                      i.rate = -200000;
                  }},
-        ReadCase{"instrumentation fails", "", R"(, "instrumentation": {"failingStep": "ExecQuery"})",
-                 0, noVoltage},
+        ReadCase{"instrumentation fails", "",
+                 R"(, "instrumentation": {"failingStep": "ExecQuery"})", 0, noVoltage},
         ReadCase{"instrumentation unreachable", "",
                  R"(, "instrumentation": {"failingStep": "CoCreateInstance"})", 0, noVoltage},
         ReadCase{"blank chemistry", R"(, "chemistry": "    ")", "", 0,

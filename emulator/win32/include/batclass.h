@@ -5,7 +5,8 @@
 #include <windows.h>
 #include <winioctl.h>
 
-#define IOCTL_BATTERY_QUERY_TAG CTL_CODE(FILE_DEVICE_BATTERY, 0x10, METHOD_BUFFERED, FILE_READ_ACCESS)
+#define IOCTL_BATTERY_QUERY_TAG                                                                    \
+    CTL_CODE(FILE_DEVICE_BATTERY, 0x10, METHOD_BUFFERED, FILE_READ_ACCESS)
 #define IOCTL_BATTERY_QUERY_INFORMATION                                                            \
     CTL_CODE(FILE_DEVICE_BATTERY, 0x11, METHOD_BUFFERED, FILE_READ_ACCESS)
 #define IOCTL_BATTERY_QUERY_STATUS                                                                 \

@@ -19,7 +19,8 @@ CONFIGRET CM_Locate_DevNodeA(PDEVINST devInst, DEVINSTID_A deviceId, ULONG flags
     *devInst = 0;
     if ((flags & ~CM_LOCATE_DEVNODE_PHANTOM) != 0) return CR_INVALID_FLAG;
     // A null or empty identifier names the root of the tree.
-    if (deviceId != nullptr && deviceId[0] != '\0' && std::strcmp(deviceId, "HTREE\\ROOT\\0") != 0) {
+    if (deviceId != nullptr && deviceId[0] != '\0' &&
+        std::strcmp(deviceId, "HTREE\\ROOT\\0") != 0) {
         return CR_NO_SUCH_DEVNODE;
     }
     *devInst = kRootNode;

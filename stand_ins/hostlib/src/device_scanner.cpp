@@ -16,7 +16,8 @@ std::string narrowPath(const WCHAR *path) {
 
 std::basic_string<WCHAR> widePath(const std::string &path) {
     std::basic_string<WCHAR> wide;
-    for (const char byte : path) wide.push_back(static_cast<WCHAR>(static_cast<unsigned char>(byte)));
+    for (const char byte : path)
+        wide.push_back(static_cast<WCHAR>(static_cast<unsigned char>(byte)));
     return wide;
 }
 
@@ -25,7 +26,8 @@ std::basic_string<WCHAR> widePath(const std::string &path) {
 std::string interfacePath(HDEVINFO set, SP_DEVICE_INTERFACE_DATA &data) {
     DWORD required = 0;
     if (SetupDiGetDeviceInterfaceDetail(set, &data, nullptr, 0, &required, nullptr) ||
-        GetLastError() != ERROR_INSUFFICIENT_BUFFER || required < sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA)) {
+        GetLastError() != ERROR_INSUFFICIENT_BUFFER ||
+        required < sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA)) {
         return std::string();
     }
     // Whole 8-byte units keep the record aligned.
@@ -81,6 +83,10 @@ public:
 
 } // namespace
 
-extern "C" HOSTLIB_API DeviceScanner *get_device_scanner() { return new SetupDeviceScanner(); }
+extern "C" HOSTLIB_API DeviceScanner *get_device_scanner() {
+    return new SetupDeviceScanner();
+}
 
-extern "C" HOSTLIB_API void release_device_scanner(DeviceScanner *scanner) { delete scanner; }
+extern "C" HOSTLIB_API void release_device_scanner(DeviceScanner *scanner) {
+    delete scanner;
+}
