@@ -9,7 +9,6 @@
 #include "generic_battery/battery_requests.h"
 #include "generic_battery/generic_result.h"
 #include "generic_battery/win_generic_battery_scanner.h"
-#include "platform/battery_charge.h"
 
 namespace {
 
@@ -128,15 +127,6 @@ uint32_t GenericBatteryComponentWindows::getAverageChargePercent(double &percent
     }
     percent = static_cast<double>(sum) / static_cast<double>(count);
     return generic_result::Success;
-}
-
-uint32_t GenericBatteryComponentWindows::getSystemChargePercent(double &percent) {
-    const std::shared_ptr<BatteryCharge> charge = newBatteryCharge();
-    if (!charge) return generic_result::Failed;
-    uint64_t value = 0;
-    const uint32_t result = charge->getChargePercent(value);
-    if (result == generic_result::Success) percent = static_cast<double>(value);
-    return result;
 }
 
 uint32_t GenericBatteryComponentWindows::getChargePercent(double &percent) {
