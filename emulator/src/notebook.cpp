@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "battery_physics.h"
+#include "battery_driver.h"
 #include "display_device.h"
 
 namespace emulator {
@@ -35,6 +36,7 @@ void Notebook::install(const Scenario &scenario) {
     counters_ = Counters();
     portTrace_.reset();
     controller_.install(scenario);
+    com_.install(scenario);
     batteries_ = scenario.batteries;
     physicsAtMs_ = 0;
     nextEvent_ = 0;
@@ -45,6 +47,10 @@ void Notebook::install(const Scenario &scenario) {
     devices_.clear();
     if (scenario.display.present) {
         devices_.add(DisplayDevice::kPath, std::make_shared<DisplayDevice>(*this));
+    }
+    for (size_t i = 0; i < batteries_.size(); ++i) {
+        devices_.add(batteryDevicePath(batteries_[i].slot),
+                     std::make_shared<BatteryDriver>(*this, i));
     }
     installed_ = true;
 }

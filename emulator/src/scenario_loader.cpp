@@ -24,12 +24,61 @@ ManufactureDate parseDate(const JsonFields &fields) {
     return date;
 }
 
+// Information levels of the battery class driver, by the names the
+// operating system gives them.
+const char *const kInformationLevels[] = {"BatteryInformation",     "BatteryGranularityInformation",
+                                          "BatteryTemperature",     "BatteryEstimatedTime",
+                                          "BatteryDeviceName",      "BatteryManufactureDate",
+                                          "BatteryManufactureName", "BatteryUniqueID",
+                                          "BatterySerialNumber"};
+
+DriverFaults parseDriverFaults(const JsonFields &fields) {
+    fields.allowOnly({"vanishAfterRequests", "failingLevels", "statusFails", "unterminatedTexts",
+                      "unknownCapacities", "openFails"});
+    DriverFaults faults;
+    faults.vanishAfterRequests =
+        static_cast<uint32_t>(fields.unsignedNumber("vanishAfterRequests", 0));
+    faults.failingLevels = fields.texts("failingLevels");
+    for (size_t i = 0; i < faults.failingLevels.size(); ++i) {
+        bool known = false;
+        for (const char *level : kInformationLevels)
+            known = known || faults.failingLevels[i] == level;
+        if (!known) {
+            std::string list;
+            for (const char *level : kInformationLevels)
+                list += (list.empty() ? "" : ", ") + std::string(level);
+            throw FieldError(fields.pathOf("failingLevels") + "[" + std::to_string(i) + "]",
+                             "expected one of " + list);
+        }
+    }
+    faults.statusFails = fields.flag("statusFails", faults.statusFails);
+    faults.unterminatedTexts = fields.flag("unterminatedTexts", faults.unterminatedTexts);
+    faults.unknownCapacities = fields.flag("unknownCapacities", faults.unknownCapacities);
+    faults.openFails = fields.flag("openFails", faults.openFails);
+    return faults;
+}
+
+InstrumentationSection parseInstrumentation(const JsonFields &fields) {
+    fields.allowOnly({"apartment", "securityAlreadySet", "failingStep", "designVoltageType"});
+    InstrumentationSection section;
+    section.apartment =
+        fields.choice("apartment", section.apartment, {"none", "multithreaded", "single-threaded"});
+    section.securityAlreadySet = fields.flag("securityAlreadySet", section.securityAlreadySet);
+    section.failingStep =
+        fields.choice("failingStep", section.failingStep,
+                      {"none", "CoInitializeEx", "CoInitializeSecurity", "CoCreateInstance",
+                       "ConnectServer", "CoSetProxyBlanket", "ExecQuery", "Get"});
+    section.designVoltageType =
+        fields.choice("designVoltageType", section.designVoltageType, {"text", "int32", "null"});
+    return section;
+}
+
 BatteryDescription parseBattery(const JsonFields &fields) {
     fields.allowOnly({"slot", "present", "manufacturer", "deviceName", "chemistry", "serialNumber",
                       "manufactureDate", "capacityUnit", "designCapacity", "fullChargeCapacity",
                       "designVoltage_mV", "temperature_C", "cycleCount", "cycleScale",
                       "cycleScaleTop", "overTemperature", "authenticity", "chargePercent",
-                      "uniqueId"});
+                      "uniqueId", "driver"});
     BatteryDescription battery;
     battery.slot = static_cast<uint32_t>(fields.unsignedNumber("slot", 0, 1));
     battery.present = fields.flag("present", battery.present);
@@ -67,6 +116,9 @@ BatteryDescription parseBattery(const JsonFields &fields) {
         throw FieldError(fields.pathOf("chargePercent"), "must lie from 0 to 100");
     }
     battery.uniqueId = fields.text("uniqueId", battery.uniqueId);
+    if (fields.has("driver")) {
+        battery.driver = parseDriverFaults(fields.object("driver"));
+    }
     return battery;
 }
 
@@ -214,7 +266,7 @@ TimelineEvent parseEvent(const JsonFields &fields) {
 
 Scenario parseTopLevel(const JsonFields &fields) {
     fields.allowOnly({"name", "description", "startTick", "controller", "batteries", "os", "power",
-                      "display", "physics", "timeline", "user"});
+                      "display", "physics", "timeline", "user", "instrumentation"});
     Scenario scenario;
     scenario.name = fields.requiredText("name");
     scenario.description = fields.text("description", "");
@@ -224,6 +276,9 @@ Scenario parseTopLevel(const JsonFields &fields) {
     }
     for (const JsonFields &battery : fields.objects("batteries")) {
         scenario.batteries.push_back(parseBattery(battery));
+    }
+    if (fields.has("instrumentation")) {
+        scenario.instrumentation = parseInstrumentation(fields.object("instrumentation"));
     }
     if (fields.has("os")) scenario.os = parseOperatingSystem(fields.object("os"));
     if (fields.has("power")) scenario.power = parsePower(fields.object("power"));

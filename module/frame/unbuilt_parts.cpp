@@ -5,7 +5,6 @@
 
 #include "frame/path_builders.h"
 
-SystemComponentManager *newGenericBatteryManager(const EntityId &) { return nullptr; }
 
 Test *newSmartHealthTest(const std::string &, const EntityId &) { return nullptr; }
 Test *newTemperatureTest(const std::string &, const EntityId &) { return nullptr; }

@@ -74,7 +74,18 @@ INSTANTIATE_TEST_SUITE_P(
         BadScenario{R"({"name": "x", "batteries": [{"chargePercent": 101}]})",
                     "batteries[0].chargePercent"},
         BadScenario{R"({"name": "x", "batteries": [{}, {}, {}]})", "at most two"},
-        BadScenario{R"({"name": "x", "colour": "red"})", "field 'colour': unknown field"}));
+        BadScenario{R"({"name": "x", "colour": "red"})", "field 'colour': unknown field"},
+        BadScenario{
+            R"({"name": "x", "batteries": [{"driver": {"failingLevels": ["BatteryColour"]}}]})",
+            "field 'batteries[0].driver.failingLevels[0]': expected one of BatteryInformation"},
+        BadScenario{R"({"name": "x", "batteries": [{"driver": {"vanishAfterRequests": -1}}]})",
+                    "batteries[0].driver.vanishAfterRequests"},
+        BadScenario{R"({"name": "x", "batteries": [{"driver": {"lost": true}}]})",
+                    "field 'batteries[0].driver.lost': unknown field"},
+        BadScenario{R"({"name": "x", "instrumentation": {"failingStep": "Connect"}})",
+                    "field 'instrumentation.failingStep': expected one of none, CoInitializeEx"},
+        BadScenario{R"({"name": "x", "instrumentation": {"apartment": "both"}})",
+                    "field 'instrumentation.apartment'"}));
 
 TEST(ScenarioLoader, UnknownNamesAndMissingFilesAreRefused) {
     const auto unknown = loadScenario("no-such-scenario");

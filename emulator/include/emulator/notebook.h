@@ -5,6 +5,7 @@
 #include <string>
 
 #include "emulator/clock.h"
+#include "emulator/com_runtime.h"
 #include "emulator/counters.h"
 #include "emulator/device_registry.h"
 #include "emulator/device_table.h"
@@ -43,6 +44,11 @@ public:
     PortTrace &portTrace() {
         ensureInstalled();
         return portTrace_;
+    }
+    // COM on the module's thread; the platform layer's COM calls land here.
+    ComRuntime &com() {
+        ensureInstalled();
+        return com_;
     }
     DeviceTable &devices() {
         ensureInstalled();
@@ -94,6 +100,7 @@ private:
     Counters counters_;
     PortTrace portTrace_;
     EmbeddedController controller_;
+    ComRuntime com_;
     DeviceTable devices_;
     DeviceRegistry registry_;
     PowerState power_;

@@ -16,6 +16,21 @@ struct ManufactureDate {
 
 // One battery in real units. The embedded controller and the operating
 // system's battery driver both show this same battery.
+// Faults of the operating system's battery driver for one battery.
+struct DriverFaults {
+    // The battery leaves after this many driver requests on its device: its
+    // tag goes stale and every later request fails with ERROR_FILE_NOT_FOUND.
+    // 0: it never leaves.
+    uint32_t vanishAfterRequests = 0;
+    // Information levels (BatteryInformation, BatteryTemperature, ...) that
+    // the driver refuses with ERROR_GEN_FAILURE.
+    std::vector<std::string> failingLevels;
+    bool statusFails = false;       // IOCTL_BATTERY_QUERY_STATUS fails
+    bool unterminatedTexts = false; // texts fill the whole buffer, no terminator
+    bool unknownCapacities = false; // capacities and rate report 0xFFFFFFFF
+    bool openFails = false;         // the device path cannot be opened
+};
+
 struct BatteryDescription {
     uint32_t slot = 0; // controller position: 0 main, 1 secondary
     bool present = true;
@@ -36,6 +51,7 @@ struct BatteryDescription {
     std::string authenticity = "genuine"; // genuine, authorized, not-authenticated, unknown
     double chargePercent = 80.0;
     std::string uniqueId; // the driver's unique identifier; empty when it gives none
+    DriverFaults driver;
 };
 
 enum class ControllerPort { Index, Data };
@@ -62,6 +78,21 @@ struct ControllerSection {
     bool present = false;   // an embedded controller that answers on ports 0x1610/0x1611
     uint32_t busyPolls = 0; // polls for which each command keeps the controller busy
     ControllerFaults faults;
+};
+
+// COM and the management instrumentation service as the module finds them.
+struct InstrumentationSection {
+    // COM on the calling thread before the module starts it: "none",
+    // "multithreaded" (CoInitializeEx gives S_FALSE) or "single-threaded"
+    // (it gives RPC_E_CHANGED_MODE).
+    std::string apartment = "none";
+    bool securityAlreadySet = false; // CoInitializeSecurity gives RPC_E_TOO_LATE
+    // The one step that fails: "none", "CoInitializeEx", "CoInitializeSecurity",
+    // "CoCreateInstance", "ConnectServer", "CoSetProxyBlanket", "ExecQuery", "Get".
+    std::string failingStep = "none";
+    // How the service hands out DesignVoltage: "text" (as a uint64 property
+    // travels), "int32" or "null".
+    std::string designVoltageType = "text";
 };
 
 // One device of the battery setup class as the device registry lists it.
@@ -131,6 +162,7 @@ struct Scenario {
     uint32_t startTick = 0;
     ControllerSection controller;
     std::vector<BatteryDescription> batteries;
+    InstrumentationSection instrumentation;
     OperatingSystemSection os;
     PowerSection power;
     DisplaySection display;

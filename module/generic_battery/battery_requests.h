@@ -1,0 +1,27 @@
+#pragma once
+
+#include <windows.h>
+#include <winioctl.h>
+
+#include <batclass.h>
+
+#include <cstdint>
+
+// The battery class driver's device class and device interface.
+inline constexpr GUID kBatteryDeviceClass = {
+    0x72631E54, 0x78A4, 0x11D0, {0xBC, 0xF7, 0x00, 0xAA, 0x00, 0xB7, 0xB3, 0x2A}};
+
+// Capacities the driver reports count only from 1 to 999,999 mWh; its
+// unknown marker and anything larger read as 0.
+inline uint32_t usableCapacity(uint32_t reported) {
+    return reported >= 1 && reported <= 999999 ? reported : 0;
+}
+
+// IOCTL_BATTERY_QUERY_STATUS for `tag`, with every other wait field 0.
+inline bool requestBatteryStatus(HANDLE device, uint32_t tag, BATTERY_STATUS &status) {
+    BATTERY_WAIT_STATUS wait = {};
+    wait.BatteryTag = tag;
+    DWORD returned = 0;
+    return DeviceIoControl(device, IOCTL_BATTERY_QUERY_STATUS, &wait, sizeof wait, &status,
+                           sizeof status, &returned, nullptr) != FALSE;
+}

@@ -1,0 +1,228 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "generic_battery/generic_battery_component_manager.h"
+#include "generic_battery/generic_battery_component_windows.h"
+#include "generic_fixture.h"
+
+inline bool operator==(const ComponentProperty &a, const ComponentProperty &b) {
+    return a.key == b.key && a.value == b.value;
+}
+inline void PrintTo(const ComponentProperty &p, std::ostream *out) {
+    *out << p.key << "=" << p.value;
+}
+
+namespace {
+
+using Properties = std::vector<ComponentProperty>;
+
+GenericBatteryComponentWindows *componentOf(GenericBatteryComponentManager &manager) {
+    return dynamic_cast<GenericBatteryComponentWindows *>(manager.getComponent(0));
+}
+
+TEST(GenericManager, StartsEmptyAndBuildsOneComponentForTwoBatteries) {
+    useScenario("generic-two-batteries");
+    GenericBatteryComponentManager manager({12, 0, 0});
+    EXPECT_EQ(manager.getComponentCount(), 0u);
+    EXPECT_EQ(manager.getComponent(0), nullptr);
+    manager.refreshComponents();
+    ASSERT_EQ(manager.getComponentCount(), 1u);
+    EXPECT_EQ(manager.getComponent(1), nullptr);
+    EXPECT_EQ(manager.getRefreshedComponent(0), manager.getComponent(0));
+
+    SystemComponent *component = manager.getComponent(0);
+    EXPECT_EQ(component->getIndex(), "0");
+    const ComponentInfo info = component->getInfo();
+    EXPECT_EQ(info.name, "BATTERY");
+    EXPECT_EQ(info.properties, (Properties{{"UDI", "bat"}}));
+    const auto groups = component->getInfoGroups();
+    ASSERT_EQ(groups.size(), 2u);
+    EXPECT_EQ(groups[0].name, "BATTERY");
+    EXPECT_EQ(groups[0].properties, (Properties{{"INDEX", "0"},
+                                                {"NAME", "OS-4C57"},
+                                                {"CHEMISTRY", "LITHIUM_ION"},
+                                                {"MANUFACTURER", "Ostrelle"},
+                                                {"SERIAL_NUMBER", "4711"},
+                                                {"DESIGN_VOLTAGE", "11.4 Volts"},
+                                                {"FULL_CHARGE_CAPACITY", "54.1 Wh (4745 mAh)"},
+                                                {"DESIGN_CAPACITY", "57.24 Wh (5021 mAh)"},
+                                                {"DRIVER_VERSION", "10.0.22621.2506"}}));
+    EXPECT_EQ(groups[1].properties[0], (ComponentProperty{"INDEX", "1"}));
+    EXPECT_EQ(groups[1].properties[2], (ComponentProperty{"CHEMISTRY", "NICKEL_METAL_HYDRIDE"}));
+}
+
+TEST(GenericManager, ChargeEntriesAndTheTruncatingMean) {
+    useScenario("generic-two-batteries");
+    GenericBatteryComponentManager manager({12, 0, 0});
+    manager.refreshComponents();
+    GenericBatteryComponentWindows *component = componentOf(manager);
+    ASSERT_NE(component, nullptr);
+
+    std::vector<BatteryChargeEntry> charges;
+    ASSERT_EQ(component->getBatteryCharges(charges), 0u);
+    ASSERT_EQ(charges.size(), 2u);
+    EXPECT_NEAR(charges[0].percent, 55.7, 0.01);
+    EXPECT_EQ(charges[0].serialNumber, "4711");
+    EXPECT_NEAR(charges[1].percent, 60.2, 0.01);
+    EXPECT_EQ(charges[1].serialNumber, "815");
+
+    double mean = 0;
+    ASSERT_EQ(component->getAverageChargePercent(mean), 0u);
+    EXPECT_DOUBLE_EQ(mean, 57.5);
+    double percent = 0;
+    EXPECT_EQ(component->getChargePercent(percent), 0u);
+    EXPECT_DOUBLE_EQ(percent, 57.5);
+
+    bool present = false;
+    EXPECT_EQ(component->isBatteryPresent(present), 0u);
+    EXPECT_TRUE(present);
+    EXPECT_EQ(component->refreshCapacities(), 0u);
+}
+
+TEST(GenericManager, AFailingDeviceGivesTheSystemFigure) {
+    useScenarioText(oneBattery(R"(, "driver": {"vanishAfterRequests": 12})"));
+    GenericBatteryComponentManager manager({12, 0, 0});
+    manager.refreshComponents();
+    GenericBatteryComponentWindows *component = componentOf(manager);
+    ASSERT_NE(component, nullptr);
+    std::vector<BatteryChargeEntry> charges;
+    EXPECT_EQ(component->getBatteryCharges(charges), 1u);
+    double percent = 0;
+    EXPECT_EQ(component->getChargePercent(percent), 0u);
+    EXPECT_DOUBLE_EQ(percent, 76.0);
+    bool present = true;
+    EXPECT_EQ(component->isBatteryPresent(present), 0u);
+    EXPECT_FALSE(present) << "the battery has gone";
+    EXPECT_EQ(component->refreshCapacities(), 38u);
+    EXPECT_EQ(component->getBatteries().at(0).fullChargeCapacity, 0u);
+}
+
+TEST(GenericManager, DropsABatteryThatVanishesDuringTheScan) {
+    useScenario("generic-vanishing-battery");
+    GenericBatteryComponentManager manager({12, 0, 0});
+    const uint64_t before = openHandles();
+    manager.refreshComponents();
+    ASSERT_EQ(manager.getComponentCount(), 1u);
+    EXPECT_EQ(manager.getComponent(0)->getInfoGroups().size(), 1u);
+    EXPECT_EQ(openHandles(), before + 1) << "only the kept battery's device stays open";
+}
+
+TEST(GenericManager, WithoutABatteryKeepsWhatItHad) {
+    useScenario("generic-no-battery");
+    GenericBatteryComponentManager empty({12, 0, 0});
+    EXPECT_FALSE(empty.isBatteryAvailable());
+    empty.refreshComponents();
+    EXPECT_EQ(empty.getComponentCount(), 0u);
+
+    useScenario("generic");
+    GenericBatteryComponentManager manager({12, 0, 0});
+    manager.refreshComponents();
+    SystemComponent *first = manager.getComponent(0);
+    ASSERT_NE(first, nullptr);
+    useScenarioText(oneBattery(R"(, "present": false)"));
+    manager.refreshComponents();
+    EXPECT_EQ(manager.getComponent(0), first);
+}
+
+TEST(GenericManager, ARefreshReplacesTheComponentAndItsDevices) {
+    useScenario("generic");
+    const uint64_t before = openHandles();
+    {
+        GenericBatteryComponentManager manager({12, 0, 0});
+        manager.refreshComponents();
+        EXPECT_EQ(openHandles(), before + 1);
+        manager.refreshComponents();
+        EXPECT_EQ(manager.getComponentCount(), 1u);
+        EXPECT_EQ(openHandles(), before + 1) << "the old component's device was closed";
+    }
+    EXPECT_EQ(openHandles(), before);
+}
+
+TEST(GenericManager, FaultyDriverShowsWhatItCan) {
+    useScenario("generic-faulty-driver");
+    GenericBatteryComponentManager manager({12, 0, 0});
+    manager.refreshComponents();
+    ASSERT_EQ(manager.getComponentCount(), 1u);
+    EXPECT_EQ(manager.getComponent(0)->getInfoGroups().at(0).properties,
+              (Properties{{"INDEX", "0"},
+                          {"NAME", "NOT_AVAILABLE"},
+                          {"CHEMISTRY", "LITHIUM_ION"},
+                          {"MANUFACTURER", "NOT_AVAILABLE"},
+                          {"SERIAL_NUMBER", "NOT_AVAILABLE"},
+                          {"DESIGN_VOLTAGE", "NOT_AVAILABLE"},
+                          {"FULL_CHARGE_CAPACITY", "NOT_AVAILABLE"},
+                          {"DESIGN_CAPACITY", "NOT_AVAILABLE"}}));
+}
+
+// Properties from records alone, without devices.
+struct PropertyCase {
+    const char *what;
+    uint32_t capabilities;
+    std::string voltage;
+    Properties expectedTail; // from DESIGN_VOLTAGE on
+};
+
+class BatteryGroup : public ::testing::TestWithParam<PropertyCase> {};
+
+TEST_P(BatteryGroup, ShowsVoltageAndCapacitiesAsTheRecordAllows) {
+    GenericBatteryInfo record;
+    record.capabilities = GetParam().capabilities;
+    record.designVoltage = GetParam().voltage;
+    record.designCapacity = 48000;
+    record.fullChargeCapacity = 45120;
+    GenericBatteryComponentWindows component;
+    component.setBatteries({record});
+    component.GenericBatteryComponent::buildProperties();
+    const Properties properties = component.getInfoGroups().at(0).properties;
+    ASSERT_GE(properties.size(), 5u);
+    EXPECT_EQ(Properties(properties.begin() + 5, properties.end()), GetParam().expectedTail)
+        << GetParam().what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Records, BatteryGroup,
+    ::testing::Values(PropertyCase{"usable",
+                                   0,
+                                   "11400",
+                                   {{"DESIGN_VOLTAGE", "11.4 Volts"},
+                                    {"FULL_CHARGE_CAPACITY", "45.12 Wh (3957 mAh)"},
+                                    {"DESIGN_CAPACITY", "48 Wh (4210 mAh)"}}},
+                      PropertyCase{"relative",
+                                   1,
+                                   "11400",
+                                   {{"DESIGN_VOLTAGE", "11.4 Volts"},
+                                    {"FULL_CHARGE_CAPACITY", "NOT_AVAILABLE"},
+                                    {"DESIGN_CAPACITY", "NOT_AVAILABLE"}}},
+                      PropertyCase{"zero voltage",
+                                   0,
+                                   "0",
+                                   {{"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
+                                    {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}},
+                      PropertyCase{"no number",
+                                   0,
+                                   "abc",
+                                   {{"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
+                                    {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}},
+                      PropertyCase{"no voltage",
+                                   0,
+                                   "",
+                                   {{"DESIGN_VOLTAGE", "NOT_AVAILABLE"},
+                                    {"FULL_CHARGE_CAPACITY", "45.12 Wh (0 mAh)"},
+                                    {"DESIGN_CAPACITY", "48 Wh (0 mAh)"}}}));
+
+TEST(GenericComponent, AComponentWithoutDevicesAnswersAsItMust) {
+    GenericBatteryComponentWindows component;
+    bool present = true;
+    EXPECT_EQ(component.isBatteryPresent(present), 0u);
+    EXPECT_TRUE(present) << "untouched";
+    double percent = -1;
+    EXPECT_EQ(component.getAverageChargePercent(percent), 1u);
+    std::vector<BatteryChargeEntry> charges{{1.0, "x"}};
+    EXPECT_EQ(component.getBatteryCharges(charges), 0u);
+    EXPECT_TRUE(charges.empty());
+    EXPECT_EQ(component.refreshCapacities(), 0u);
+    EXPECT_EQ(GenericBatteryComponent::milliampHours(48000, 0), 0);
+}
+
+} // namespace

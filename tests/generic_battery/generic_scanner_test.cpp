@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "generic_battery/generic_result.h"
+#include "generic_battery/win_generic_battery_scanner.h"
+#include "generic_fixture.h"
+
+namespace {
+
+GenericBatteryInfo healthy() {
+    GenericBatteryInfo info;
+    info.capabilities = 0x80000000u;
+    info.chemistry = "LITHIUM_ION";
+    info.designCapacity = 57240;
+    info.fullChargeCapacity = 54100;
+    info.designVoltage = "11400";
+    info.deviceId = "OS-4C57-4711";
+    info.name = "OS-4C57";
+    info.cycleCount = 42;
+    info.temperature = 3048; // 31.6 degrees Celsius in tenths of a kelvin
+    info.serialNumber = "4711";
+    info.manufacturer = "Ostrelle";
+    info.manufactureYear = 2023;
+    info.remainingCapacity = 41116; // 76 % of 54100
+    info.rate = -10820;             // on battery
+    return info;
+}
+
+void expectSame(const GenericBatteryInfo &actual, const GenericBatteryInfo &expected) {
+    EXPECT_EQ(actual.capabilities, expected.capabilities);
+    EXPECT_EQ(actual.chemistry, expected.chemistry);
+    EXPECT_EQ(actual.designCapacity, expected.designCapacity);
+    EXPECT_EQ(actual.fullChargeCapacity, expected.fullChargeCapacity);
+    EXPECT_EQ(actual.designVoltage, expected.designVoltage);
+    EXPECT_EQ(actual.deviceId, expected.deviceId);
+    EXPECT_EQ(actual.name, expected.name);
+    EXPECT_EQ(actual.cycleCount, expected.cycleCount);
+    EXPECT_EQ(actual.temperature, expected.temperature);
+    EXPECT_EQ(actual.serialNumber, expected.serialNumber);
+    EXPECT_EQ(actual.manufacturer, expected.manufacturer);
+    EXPECT_EQ(actual.manufactureYear, expected.manufactureYear);
+    EXPECT_EQ(actual.remainingCapacity, expected.remainingCapacity);
+    EXPECT_EQ(actual.rate, expected.rate);
+}
+
+struct ReadCase {
+    const char *what;
+    std::string batteryFields;
+    std::string machineFields;
+    uint32_t result;
+    std::function<void(GenericBatteryInfo &)> change; // from the healthy record
+};
+
+class ReadBattery : public ::testing::TestWithParam<ReadCase> {};
+
+TEST_P(ReadBattery, GivesTheRecordFieldByField) {
+    useScenarioText(oneBattery(GetParam().batteryFields, GetParam().machineFields));
+    const uint64_t handlesBefore = openHandles();
+    WinGenericBatteryScanner scanner;
+    DeviceMap devices;
+    ASSERT_EQ(scanner.scanDevices(devices), 0u);
+    ASSERT_EQ(devices.size(), 1u);
+
+    HANDLE cell = INVALID_HANDLE_VALUE;
+    GenericBatteryInfo info;
+    EXPECT_EQ(scanner.readBattery(devices.begin()->first, info, &cell), GetParam().result)
+        << GetParam().what;
+    GenericBatteryInfo expected = healthy();
+    if (GetParam().change) GetParam().change(expected);
+    if (GetParam().result == generic_result::Success) expectSame(info, expected);
+    scanner.deviceScanner()->closeDevice(&cell);
+    EXPECT_EQ(openHandles(), handlesBefore);
+    EXPECT_EQ(emulator::Notebook::instance().counters().comObjects, 0);
+}
+
+const auto noVoltage = [](GenericBatteryInfo &i) { i.designVoltage.clear(); };
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, ReadBattery,
+    ::testing::Values(
+        ReadCase{"healthy", "", "", 0, nullptr},
+        ReadCase{"no identifier", R"(, "uniqueId": "")", "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.deviceId = "BAT0";
+                     i.designVoltage.clear();
+                 }},
+        ReadCase{"blank identifier", R"(, "uniqueId": "   ")", "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.deviceId = "BAT0";
+                     i.designVoltage.clear();
+                 }},
+        ReadCase{"identifier refused", R"(, "driver": {"failingLevels": ["BatteryUniqueID"]})", "",
+                 0,
+                 [](GenericBatteryInfo &i) {
+                     i.deviceId = "BAT0";
+                     i.designVoltage.clear();
+                 }},
+        ReadCase{"temperature refused", R"(, "driver": {"failingLevels": ["BatteryTemperature"]})",
+                 "", 0, [](GenericBatteryInfo &i) { i.temperature = 0; }},
+        ReadCase{"date refused", R"(, "driver": {"failingLevels": ["BatteryManufactureDate"]})", "",
+                 0, [](GenericBatteryInfo &i) { i.manufactureYear = 0; }},
+        ReadCase{"information refused", R"(, "driver": {"failingLevels": ["BatteryInformation"]})",
+                 "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.capabilities = 0;
+                     i.chemistry.clear();
+                     i.designCapacity = i.fullChargeCapacity = i.cycleCount = 0;
+                 }},
+        ReadCase{"name and serial refused",
+                 R"(, "driver": {"failingLevels": ["BatteryDeviceName", "BatterySerialNumber"]})",
+                 "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.name.clear();
+                     i.serialNumber.clear();
+                 }},
+        ReadCase{"status fails", R"(, "driver": {"statusFails": true})", "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.remainingCapacity = 0;
+                     i.rate = 0;
+                 }},
+        ReadCase{"unterminated texts", R"(, "driver": {"unterminatedTexts": true})", "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.name.clear();
+                     i.manufacturer.clear();
+                     i.serialNumber.clear();
+                     i.deviceId = "BAT0";
+                     i.designVoltage.clear();
+                 }},
+        ReadCase{"unknown capacities", R"(, "driver": {"unknownCapacities": true})", "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.designCapacity = i.fullChargeCapacity = 0;
+                     i.remainingCapacity = 0xFFFFFFFFu;
+                     i.rate = INT32_MIN;
+                 }},
+        ReadCase{"zero capacities", R"(, "designCapacity": 0, "fullChargeCapacity": 0)", "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.designCapacity = i.fullChargeCapacity = 0;
+                     i.remainingCapacity = 0;
+                     i.rate = 0;
+                 }},
+        ReadCase{"largest capacity", R"(, "designCapacity": 999999, "fullChargeCapacity": 1000000)",
+                 "", 0,
+                 [](GenericBatteryInfo &i) {
+                     i.designCapacity = 999999;
+                     i.fullChargeCapacity = 0;
+                     i.remainingCapacity = 760000;
+                     i.rate = -200000;
+                 }},
+        ReadCase{"instrumentation fails", "",
+                 R"(, "instrumentation": {"failingStep": "ExecQuery"})", 0, noVoltage},
+        ReadCase{"instrumentation unreachable", "",
+                 R"(, "instrumentation": {"failingStep": "CoCreateInstance"})", 0, noVoltage},
+        ReadCase{"blank chemistry", R"(, "chemistry": "    ")", "", 0,
+                 [](GenericBatteryInfo &i) { i.chemistry.clear(); }},
+        ReadCase{"no chemistry", R"(, "chemistry": "")", "", 0,
+                 [](GenericBatteryInfo &i) { i.chemistry.clear(); }},
+        ReadCase{"unknown chemistry", R"(, "chemistry": "XyZw")", "", 0,
+                 [](GenericBatteryInfo &i) { i.chemistry = "XyZw"; }},
+        ReadCase{"short chemistry", R"(, "chemistry": "Li")", "", 0,
+                 [](GenericBatteryInfo &i) { i.chemistry = std::string("Li\0\0", 4); }},
+        ReadCase{"alkaline", R"(, "chemistry": "RAM")", "", 0,
+                 [](GenericBatteryInfo &i) { i.chemistry = "RECHARGEABLE_ALKALINE-MANGANESE"; }},
+        ReadCase{"lead acid", R"(, "chemistry": "PbAc")", "", 0,
+                 [](GenericBatteryInfo &i) { i.chemistry = "LEAD_ACID"; }},
+        ReadCase{"blanks around the name", R"(, "deviceName": " OS 4 ")", "", 0,
+                 [](GenericBatteryInfo &i) { i.name = " OS 4 "; }},
+        ReadCase{"vanishes after the tag", R"(, "driver": {"vanishAfterRequests": 1})", "", 38,
+                 nullptr},
+        ReadCase{"empty slot", R"(, "present": false)", "", 38, nullptr}));
+
+TEST(ReadBattery, AKeyNoneOfWhosePathsOpensGivesAFreshRecord) {
+    useScenarioText(oneBattery(R"(, "driver": {"openFails": true})"));
+    WinGenericBatteryScanner scanner;
+    DeviceMap devices;
+    ASSERT_EQ(scanner.scanDevices(devices), 0u);
+    HANDLE cell = INVALID_HANDLE_VALUE;
+    GenericBatteryInfo info;
+    EXPECT_EQ(scanner.readBattery(0, info, &cell), 0u);
+    expectSame(info, GenericBatteryInfo());
+    EXPECT_EQ(cell, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(scanner.readBattery(7, info, &cell), 0u) << "an unseen key is no failure";
+}
+
+TEST(ReadBattery, TheRecordIsFreshAfterANewScanToo) {
+    useScenario("generic-no-battery");
+    WinGenericBatteryScanner scanner;
+    DeviceMap devices;
+    EXPECT_EQ(scanner.scanDevices(devices), 0u);
+    EXPECT_TRUE(devices.empty());
+    EXPECT_EQ(emulator::Notebook::instance().counters().reenumerations, 1u);
+}
+
+TEST(Presence, TellsAnEmptySlotFromARefusingDriver) {
+    for (const auto &[fields, present] :
+         {std::pair<std::string, bool>{"", true},
+          {R"(, "present": false)", false},
+          {R"(, "driver": {"failingLevels": ["BatteryInformation"]})", true}}) {
+        useScenarioText(oneBattery(fields));
+        WinGenericBatteryScanner scanner;
+        DeviceMap devices;
+        scanner.scanDevices(devices);
+        HANDLE cell = INVALID_HANDLE_VALUE;
+        ASSERT_EQ(scanner.deviceScanner()->openDevice(devices.at(0).at(0), &cell), 0u);
+        bool answer = !present;
+        EXPECT_EQ(scanner.isBatteryPresent(&cell, answer), 0u) << fields;
+        EXPECT_EQ(answer, present) << fields;
+        scanner.deviceScanner()->closeDevice(&cell);
+    }
+}
+
+TEST(RefreshCapacities, ReadsAnewAndZeroesWhatFails) {
+    useScenarioText(oneBattery(R"(, "driver": {"vanishAfterRequests": 3})"));
+    WinGenericBatteryScanner scanner;
+    DeviceMap devices;
+    scanner.scanDevices(devices);
+    HANDLE cell = INVALID_HANDLE_VALUE;
+    ASSERT_EQ(scanner.deviceScanner()->openDevice(devices.at(0).at(0), &cell), 0u);
+    GenericBatteryInfo info;
+    EXPECT_EQ(scanner.refreshCapacities(&cell, info), 0u);
+    EXPECT_EQ(info.designCapacity, 57240u);
+    EXPECT_EQ(info.fullChargeCapacity, 54100u);
+    // The third request is the last the battery answers.
+    EXPECT_EQ(scanner.refreshCapacities(&cell, info), 38u);
+    EXPECT_EQ(info.designCapacity, 0u);
+    EXPECT_EQ(info.fullChargeCapacity, 0u);
+    scanner.deviceScanner()->closeDevice(&cell);
+}
+
+} // namespace

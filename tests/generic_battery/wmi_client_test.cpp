@@ -1,0 +1,362 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "emulator/notebook.h"
+#include "fake_wbem.h"
+#include "generic_battery/wmi_client.h"
+#include "support/scenario.h"
+
+namespace {
+
+const WCHAR kCimv2[] = u"ROOT\\CIMV2";
+
+// A machine with two batteries the service knows, in the given COM state.
+std::string machine(const std::string &instrumentation) {
+    return R"({"name": "wmi", "instrumentation": )" + instrumentation + R"(,
+        "batteries": [{"slot": 0, "uniqueId": "ID-A", "designVoltage_mV": 11400},
+                      {"slot": 1, "uniqueId": "ID-B", "designVoltage_mV": 7600}]})";
+}
+
+void expectComBalanced() {
+    const emulator::Counters &counters = emulator::Notebook::instance().counters();
+    EXPECT_EQ(counters.comObjects, 0) << "a COM object was not released";
+    EXPECT_EQ(counters.comStartups, 0) << "a CoInitializeEx was not balanced";
+    EXPECT_EQ(counters.comUnbalancedUninitializations, 0u);
+}
+
+uint32_t queryVoltage(const char *condition, WmiResults &results) {
+    const char *names[] = {"DesignVoltage"};
+    WmiClient client;
+    return client.queryProperties(names, condition, "Win32_Battery", 1, results, kCimv2);
+}
+
+struct SelectCase {
+    std::vector<std::string> names;
+    const char *condition;
+    const char *className;
+    std::string expected;
+};
+
+class BuildSelect : public ::testing::TestWithParam<SelectCase> {};
+
+TEST_P(BuildSelect, GivesExactlyTheStatementInAnAllocationOfItsSize) {
+    const SelectCase &c = GetParam();
+    std::vector<const char *> names;
+    for (const std::string &name : c.names) names.push_back(name.c_str());
+    char *statement = nullptr;
+    WmiClient client;
+    ASSERT_EQ(client.buildSelect(names.data(), c.condition, c.className,
+                                 static_cast<int32_t>(names.size()), statement),
+              wmi_code::Success);
+    ASSERT_NE(statement, nullptr);
+    EXPECT_EQ(std::string(statement), c.expected);
+    delete[] statement;
+}
+
+const std::string kLongName(60, 'n');
+const std::string kLongCondition(600, 'c');
+const std::string kLongClass(70, 'k');
+
+INSTANTIATE_TEST_SUITE_P(
+    Statements, BuildSelect,
+    ::testing::Values(
+        SelectCase{{"a", "b"}, nullptr, "c", "SELECT a, b FROM c"},
+        SelectCase{{"DesignVoltage"},
+                   "DeviceID = 'X 1'",
+                   "Win32_Battery",
+                   "SELECT DesignVoltage FROM Win32_Battery WHERE DeviceID = 'X 1'"},
+        SelectCase{{kLongName}, nullptr, "c", "SELECT " + std::string(50, 'n') + " FROM c"},
+        SelectCase{{"a"},
+                   kLongCondition.c_str(),
+                   kLongClass.c_str(),
+                   "SELECT a FROM " + std::string(50, 'k') + " WHERE " + std::string(500, 'c')},
+        SelectCase{{"a", "b", "c"}, "", "d", "SELECT a, b, c FROM d WHERE "}));
+
+TEST(BuildSelect, RefusesMissingPartsBeforeTakingMemory) {
+    const char *names[] = {"a", nullptr};
+    char *statement = reinterpret_cast<char *>(1);
+    WmiClient client;
+    EXPECT_EQ(client.buildSelect(nullptr, nullptr, "c", 1, statement), wmi_code::NullPropertyName);
+    EXPECT_EQ(statement, nullptr);
+    EXPECT_EQ(client.buildSelect(names, nullptr, "c", 0, statement), wmi_code::NoProperties);
+    EXPECT_EQ(client.buildSelect(names, nullptr, "c", -3, statement), wmi_code::NoProperties);
+    EXPECT_EQ(client.buildSelect(names, nullptr, "c", 2, statement), wmi_code::NullPropertyName);
+    EXPECT_EQ(client.buildSelect(names, nullptr, nullptr, 1, statement), wmi_code::NullClassName);
+    EXPECT_EQ(statement, nullptr);
+}
+
+TEST(WmiClient, ReadsTheVoltageOfTheBatteryTheConditionNames) {
+    useScenarioText(machine("{}"));
+    WmiResults results;
+    EXPECT_EQ(queryVoltage("DeviceID = 'ID-B'", results), wmi_code::Success);
+    EXPECT_EQ(results, (WmiResults{{"DesignVoltage", "7600"}}));
+    expectComBalanced();
+    EXPECT_EQ(emulator::Notebook::instance().counters().wmiQueries, 1u);
+}
+
+TEST(WmiClient, NoMatchingRowIsNoError) {
+    useScenarioText(machine("{}"));
+    WmiResults results;
+    EXPECT_EQ(queryVoltage("DeviceID = 'nobody'", results), wmi_code::Success);
+    EXPECT_TRUE(results.empty());
+    expectComBalanced();
+}
+
+TEST(WmiClient, WithSeveralRowsTheLastRowWins) {
+    useScenarioText(machine("{}"));
+    WmiResults results;
+    EXPECT_EQ(queryVoltage(nullptr, results), wmi_code::Success);
+    EXPECT_EQ(results["DesignVoltage"], "7600");
+    expectComBalanced();
+}
+
+TEST(WmiClient, AQueryTheServiceDoesNotUnderstandFailsAtTheQueryStep) {
+    useScenarioText(machine("{}"));
+    const char *names[] = {"DesignVoltage"};
+    WmiResults results;
+    {
+        WmiClient client;
+        EXPECT_EQ(client.queryProperties(names, nullptr, "Win32_Fan", 1, results, kCimv2),
+                  wmi_code::QueryFailed);
+        EXPECT_EQ(
+            client.queryProperties(names, "DeviceID = ID-A", "Win32_Battery", 1, results, kCimv2),
+            wmi_code::QueryFailed);
+        EXPECT_EQ(client.queryProperties(names, nullptr, "Win32_Battery", 1, results, u"ROOT\\WMI"),
+                  wmi_code::ConnectFailed);
+    }
+    EXPECT_TRUE(results.empty());
+    expectComBalanced();
+}
+
+struct StepFailure {
+    const char *step;
+    uint32_t initializeCode;
+    uint32_t queryCode;
+};
+
+class FailingStep : public ::testing::TestWithParam<StepFailure> {};
+
+TEST_P(FailingStep, GivesItsCodeAndLeavesNothingOpen) {
+    useScenarioText(machine(std::string(R"({"failingStep": ")") + GetParam().step + "\"}"));
+    {
+        WmiClient client;
+        EXPECT_EQ(client.initializeCom(), GetParam().initializeCode);
+        const char *names[] = {"DesignVoltage"};
+        WmiResults results;
+        EXPECT_EQ(
+            client.queryProperties(names, "DeviceID = 'ID-A'", "Win32_Battery", 1, results, kCimv2),
+            GetParam().queryCode);
+        if (GetParam().queryCode == wmi_code::Success) {
+            EXPECT_EQ(results["DesignVoltage"], "11400");
+        }
+    }
+    expectComBalanced();
+}
+
+// Without COM the locator cannot be made, so a failed start-up shows as 18
+// from the query; a refused security setting does not stop the query.
+INSTANTIATE_TEST_SUITE_P(
+    Steps, FailingStep,
+    ::testing::Values(StepFailure{"none", 0, 0}, StepFailure{"CoInitializeEx", 16, 18},
+                      StepFailure{"CoInitializeSecurity", 17, 0},
+                      StepFailure{"CoCreateInstance", 0, 18}, StepFailure{"ConnectServer", 0, 19},
+                      StepFailure{"CoSetProxyBlanket", 0, 20}, StepFailure{"ExecQuery", 0, 21},
+                      StepFailure{"Get", 0, 23}));
+
+struct Apartment {
+    const char *instrumentation;
+    uint32_t initializeCode;
+};
+
+class ComStartUp : public ::testing::TestWithParam<Apartment> {};
+
+TEST_P(ComStartUp, IsBalancedWhateverTheThreadAlreadyHas) {
+    useScenarioText(machine(GetParam().instrumentation));
+    {
+        WmiClient client;
+        EXPECT_EQ(client.initializeCom(), GetParam().initializeCode);
+        WmiResults results;
+        EXPECT_EQ(queryVoltage("DeviceID = 'ID-A'", results), wmi_code::Success);
+        EXPECT_EQ(results["DesignVoltage"], "11400");
+    }
+    expectComBalanced();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Apartments, ComStartUp,
+    ::testing::Values(Apartment{R"({"apartment": "multithreaded"})", 0},
+                      Apartment{R"({"apartment": "single-threaded"})", 0},
+                      Apartment{R"({"securityAlreadySet": true})", 17},
+                      Apartment{R"({"apartment": "single-threaded", "securityAlreadySet": true})",
+                                17}));
+
+TEST(WmiClient, StartsComOnceAndUndoesItOnce) {
+    useScenarioText(machine("{}"));
+    {
+        WmiClient client;
+        EXPECT_EQ(client.initializeCom(), 0u);
+        EXPECT_EQ(client.initializeCom(), 0u);
+        EXPECT_EQ(emulator::Notebook::instance().counters().comStartups, 1);
+    }
+    expectComBalanced();
+}
+
+TEST(WmiClient, TheServiceCanHandOutTheVoltageAsANumberOrNothing) {
+    useScenarioText(machine(R"({"designVoltageType": "int32"})"));
+    WmiResults results;
+    EXPECT_EQ(queryVoltage("DeviceID = 'ID-A'", results), 0u);
+    EXPECT_EQ(results["DesignVoltage"], "11400");
+    useScenarioText(machine(R"({"designVoltageType": "null"})"));
+    results.clear();
+    EXPECT_EQ(queryVoltage("DeviceID = 'ID-A'", results), 0u);
+    EXPECT_EQ(results, (WmiResults{{"DesignVoltage", ""}}));
+    expectComBalanced();
+}
+
+// --- decoding, with hand-made rows ---
+
+fake_wbem::Answer value(std::function<void(VARIANT &)> fill) {
+    return {S_OK, std::move(fill)};
+}
+fake_wbem::Answer refusal() {
+    return {WBEM_E_NOT_FOUND, nullptr};
+}
+
+struct Decoding {
+    const char *what;
+    std::function<void(VARIANT &)> fill;
+    std::string expected;
+};
+
+class VariantDecoding : public ::testing::TestWithParam<Decoding> {};
+
+TEST_P(VariantDecoding, GivesTheTextForItsType) {
+    fake_wbem::Enumerator rows({{{u"P", value(GetParam().fill)}}});
+    const char *names[] = {"P"};
+    WmiResults results;
+    WmiClient client;
+    EXPECT_EQ(client.collectResults(&rows, names, 1, results), wmi_code::Success);
+    EXPECT_EQ(results, (WmiResults{{"P", GetParam().expected}})) << GetParam().what;
+    EXPECT_EQ(rows.rowsAlive, 0) << "every row is released";
+}
+
+INSTANTIATE_TEST_SUITE_P(Types, VariantDecoding,
+                         ::testing::Values(Decoding{"i2",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_I2;
+                                                        v.iVal = -32768;
+                                                    },
+                                                    "-32768"},
+                                           Decoding{"i4",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_I4;
+                                                        v.lVal = -5;
+                                                    },
+                                                    "-5"},
+                                           Decoding{"i4 max",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_I4;
+                                                        v.lVal = 2147483647;
+                                                    },
+                                                    "2147483647"},
+                                           Decoding{"true",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_BOOL;
+                                                        v.boolVal = VARIANT_TRUE;
+                                                    },
+                                                    "True"},
+                                           Decoding{"false",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_BOOL;
+                                                        v.boolVal = 0;
+                                                    },
+                                                    "False"},
+                                           Decoding{"bool 1",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_BOOL;
+                                                        v.boolVal = 1;
+                                                    },
+                                                    ""},
+                                           Decoding{"bstr",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_BSTR;
+                                                        v.bstrVal = SysAllocString(u"11400");
+                                                    },
+                                                    "11400"},
+                                           Decoding{"bstr with NUL",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_BSTR;
+                                                        v.bstrVal = SysAllocString(u"ab");
+                                                        v.bstrVal[1] = 0;
+                                                    },
+                                                    "a"},
+                                           Decoding{"long bstr",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_BSTR;
+                                                        v.bstrVal = SysAllocString(
+                                                            std::u16string(600, u'x').c_str());
+                                                    },
+                                                    std::string(500, 'x')},
+                                           Decoding{"bstr beyond one byte",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_BSTR;
+                                                        v.bstrVal = SysAllocString(u"A\u4e2d");
+                                                    },
+                                                    ""},
+                                           Decoding{"null bstr",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_BSTR;
+                                                        v.bstrVal = nullptr;
+                                                    },
+                                                    ""},
+                                           Decoding{"null", [](VARIANT &v) { v.vt = VT_NULL; }, ""},
+                                           Decoding{"r8",
+                                                    [](VARIANT &v) {
+                                                        v.vt = VT_R8;
+                                                        v.dblVal = 1.5;
+                                                    },
+                                                    ""}));
+
+TEST(CollectResults, AFailedReadGives23AndTheWalkGoesOn) {
+    fake_wbem::Enumerator rows({
+        {{u"A", refusal()}, {u"B", value([](VARIANT &v) {
+                                 v.vt = VT_I4;
+                                 v.lVal = 1;
+                             })}},
+        {{u"A", value([](VARIANT &v) {
+              v.vt = VT_I4;
+              v.lVal = 2;
+          })},
+         {u"B", value([](VARIANT &v) {
+              v.vt = VT_I4;
+              v.lVal = 3;
+          })}},
+        {{u"B", value([](VARIANT &v) {
+              v.vt = VT_I2;
+              v.iVal = 4;
+          })}},
+    });
+    const char *names[] = {"A", "B"};
+    WmiResults results;
+    WmiClient client;
+    EXPECT_EQ(client.collectResults(&rows, names, 2, results), wmi_code::PropertyReadFailed);
+    EXPECT_EQ(results, (WmiResults{{"A", "2"}, {"B", "4"}}));
+    EXPECT_EQ(rows.rowsAlive, 0);
+}
+
+TEST(CollectResults, LooksUpNamesCutTo50Characters) {
+    const std::string longName(60, 'p');
+    fake_wbem::Enumerator rows({{{std::u16string(50, u'p'), value([](VARIANT &v) {
+                                      v.vt = VT_I4;
+                                      v.lVal = 7;
+                                  })}}});
+    const char *names[] = {longName.c_str()};
+    WmiResults results;
+    WmiClient client;
+    EXPECT_EQ(client.collectResults(&rows, names, 1, results), wmi_code::Success);
+    EXPECT_EQ(results[longName], "7");
+}
+
+} // namespace
