@@ -34,6 +34,8 @@ void EmbeddedController::install(const Scenario &scenario) {
             slots_[battery.slot] = std::make_unique<BatteryPages>(battery);
         }
     }
+    removed_ = {};
+    statusReads_ = 0;
     index_ = 0;
     page_ = 0;
     selected_ = 0;
@@ -100,8 +102,16 @@ uint8_t EmbeddedController::pollCommandRegister() {
     return 0;
 }
 
-uint8_t EmbeddedController::statusByte() const {
-    bool reported[2] = {slots_[0] != nullptr, slots_[1] != nullptr};
+void EmbeddedController::setBatteryPresent(uint32_t slot, bool present) {
+    if (slot < removed_.size()) removed_[slot] = !present;
+}
+
+uint8_t EmbeddedController::statusByte() {
+    ++statusReads_;
+    const bool gone = faults_.batteriesGoneAfterStatusReads != 0 &&
+                      statusReads_ > faults_.batteriesGoneAfterStatusReads;
+    bool reported[2] = {slots_[0] != nullptr && !removed_[0] && !gone,
+                        slots_[1] != nullptr && !removed_[1] && !gone};
     if (faults_.overridesReportedSlots) {
         reported[0] = reported[1] = false;
         for (uint32_t slot : faults_.reportedSlots) {

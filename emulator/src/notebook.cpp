@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <memory>
 
-#include "battery_physics.h"
 #include "battery_driver.h"
+#include "battery_physics.h"
 #include "display_device.h"
 
 namespace emulator {
@@ -103,6 +103,7 @@ void Notebook::apply(const TimelineEvent &event) {
         for (BatteryDescription &battery : batteries_) {
             if (battery.slot == event.slot) battery.present = event.kind == Kind::BatteryInsert;
         }
+        controller_.setBatteryPresent(event.slot, event.kind == Kind::BatteryInsert);
         break;
     case Kind::SystemEvent:
         systemEvents_ |= event.bits;

@@ -73,27 +73,44 @@ InstrumentationSection parseInstrumentation(const JsonFields &fields) {
     return section;
 }
 
-BatteryDescription parseBattery(const JsonFields &fields) {
-    fields.allowOnly({"slot", "present", "manufacturer", "deviceName", "chemistry", "serialNumber",
-                      "manufactureDate", "capacityUnit", "designCapacity", "fullChargeCapacity",
-                      "designVoltage_mV", "temperature_C", "cycleCount", "cycleScale",
-                      "cycleScaleTop", "overTemperature", "authenticity", "chargePercent",
-                      "uniqueId", "driver"});
+// Through an embedded controller a battery reports its numbers as 16-bit
+// words; a machine without one sees it through the driver's 32-bit fields.
+BatteryDescription parseBattery(const JsonFields &fields, bool throughController) {
+    fields.allowOnly({"slot",
+                      "present",
+                      "manufacturer",
+                      "deviceName",
+                      "chemistry",
+                      "serialNumber",
+                      "manufactureDate",
+                      "capacityUnit",
+                      "designCapacity",
+                      "fullChargeCapacity",
+                      "designVoltage_mV",
+                      "temperature_C",
+                      "cycleCount",
+                      "cycleScale",
+                      "cycleScaleTop",
+                      "overTemperature",
+                      "authenticity",
+                      "chargePercent",
+                      "uniqueId",
+                      "driver"});
     BatteryDescription battery;
     battery.slot = static_cast<uint32_t>(fields.unsignedNumber("slot", 0, 1));
     battery.present = fields.flag("present", battery.present);
     battery.manufacturer = fields.text("manufacturer", battery.manufacturer);
     battery.deviceName = fields.text("deviceName", battery.deviceName);
     battery.chemistry = fields.text("chemistry", battery.chemistry);
-    // A smart battery reports its numbers as 16-bit words.
-    constexpr uint64_t kWord = 0xFFFF;
+    const uint64_t kWord = throughController ? 0xFFFF : 0xFFFFFFFF;
     battery.serialNumber = static_cast<uint32_t>(fields.unsignedNumber("serialNumber", 0, kWord));
     if (fields.has("manufactureDate")) {
         battery.manufactureDate = parseDate(fields.object("manufactureDate"));
     }
     battery.capacityUnit = fields.choice("capacityUnit", battery.capacityUnit, {"mWh", "mAh"});
     // Capacities in mWh travel in units of 10 mWh.
-    const uint64_t capacityLimit = battery.capacityUnit == "mWh" ? kWord * 10 : kWord;
+    const uint64_t capacityLimit =
+        throughController && battery.capacityUnit == "mWh" ? kWord * 10 : kWord;
     battery.designCapacity =
         static_cast<uint32_t>(fields.unsignedNumber("designCapacity", 0, capacityLimit));
     battery.fullChargeCapacity =
@@ -106,7 +123,8 @@ BatteryDescription parseBattery(const JsonFields &fields) {
         throw FieldError(fields.pathOf("temperature_C"), "must lie from -273.15 to 6280.35");
     }
     battery.cycleCount = static_cast<uint32_t>(fields.unsignedNumber("cycleCount", 0, kWord));
-    battery.cycleScale = static_cast<uint32_t>(fields.unsignedNumber("cycleScale", 0, 0x0FFF));
+    battery.cycleScale = static_cast<uint32_t>(
+        fields.unsignedNumber("cycleScale", 0, throughController ? 0x0FFF : kWord));
     battery.cycleScaleTop = static_cast<uint32_t>(fields.unsignedNumber("cycleScaleTop", 0, 0xF));
     battery.overTemperature = fields.flag("overTemperature", battery.overTemperature);
     battery.authenticity = fields.choice("authenticity", battery.authenticity,
@@ -136,9 +154,11 @@ PortFault parsePortFault(const JsonFields &fields) {
 }
 
 ControllerFaults parseFaults(const JsonFields &fields) {
-    fields.allowOnly(
-        {"busyForever", "busyFromCommand", "portFaults", "ignoresSelection", "reportedSlots"});
+    fields.allowOnly({"busyForever", "busyFromCommand", "portFaults", "ignoresSelection",
+                      "reportedSlots", "batteriesGoneAfterStatusReads"});
     ControllerFaults faults;
+    faults.batteriesGoneAfterStatusReads =
+        static_cast<uint32_t>(fields.unsignedNumber("batteriesGoneAfterStatusReads", 0));
     faults.busyForever = fields.flag("busyForever", false);
     faults.busyFromCommand = static_cast<uint32_t>(fields.unsignedNumber("busyFromCommand", 0));
     if (fields.has("busyFromCommand") && faults.busyFromCommand == 0) {
@@ -275,7 +295,7 @@ Scenario parseTopLevel(const JsonFields &fields) {
         scenario.controller = parseController(fields.object("controller"));
     }
     for (const JsonFields &battery : fields.objects("batteries")) {
-        scenario.batteries.push_back(parseBattery(battery));
+        scenario.batteries.push_back(parseBattery(battery, scenario.controller.present));
     }
     if (fields.has("instrumentation")) {
         scenario.instrumentation = parseInstrumentation(fields.object("instrumentation"));

@@ -153,14 +153,17 @@ INSTANTIATE_TEST_SUITE_P(
         BadScenario{R"({"name": "x", "controller": {"faults": {"reportedSlots": "both"}}})",
                     "reportedSlots': expected a list"},
         BadScenario{
-            R"({"name": "x", "batteries": [{"capacityUnit": "mWh", "designCapacity": 655351}]})",
+            R"({"name": "x", "controller": {"present": true}, "batteries": [{"capacityUnit": "mWh", "designCapacity": 655351}]})",
             "batteries[0].designCapacity': must not exceed 655350"},
         BadScenario{
-            R"({"name": "x", "batteries": [{"capacityUnit": "mAh", "fullChargeCapacity": 65536}]})",
+            R"({"name": "x", "controller": {"present": true}, "batteries": [{"capacityUnit": "mAh", "fullChargeCapacity": 65536}]})",
             "batteries[0].fullChargeCapacity': must not exceed 65535"},
-        BadScenario{R"({"name": "x", "batteries": [{"serialNumber": 65536}]})",
-                    "batteries[0].serialNumber': must not exceed 65535"},
-        BadScenario{R"({"name": "x", "batteries": [{"cycleScale": 4096}]})", "cycleScale'"},
+        BadScenario{
+            R"({"name": "x", "controller": {"present": true}, "batteries": [{"serialNumber": 65536}]})",
+            "batteries[0].serialNumber': must not exceed 65535"},
+        BadScenario{
+            R"({"name": "x", "controller": {"present": true}, "batteries": [{"cycleScale": 4096}]})",
+            "cycleScale'"},
         BadScenario{R"({"name": "x", "batteries": [{"cycleScaleTop": 16}]})", "cycleScaleTop'"},
         BadScenario{R"({"name": "x", "batteries": [{"temperature_C": -274}]})",
                     "batteries[0].temperature_C': must lie from -273.15 to 6280.35"},

@@ -30,18 +30,22 @@ public:
 
     void install(const Scenario &scenario);
     uint32_t write(uint16_t port, uint8_t value);
+    // A battery taken out or put back while the machine runs.
+    void setBatteryPresent(uint32_t slot, bool present);
     uint32_t read(uint16_t port, uint8_t *value);
 
 private:
     bool portFails(uint16_t port);
     void command(uint8_t reg, uint8_t value);
     uint8_t pollCommandRegister();
-    uint8_t statusByte() const;
+    uint8_t statusByte();
 
     bool present_ = false;
     uint32_t busyPolls_ = 0;
     ControllerFaults faults_;
     std::array<std::unique_ptr<BatteryPages>, 2> slots_;
+    std::array<bool, 2> removed_{}; // taken out while the machine runs
+    uint32_t statusReads_ = 0;
 
     uint8_t index_ = 0;
     uint8_t page_ = 0; // 0: none chosen

@@ -72,6 +72,9 @@ struct ControllerFaults {
     // Slots the status byte reports instead of the batteries that are there.
     bool overridesReportedSlots = false;
     std::vector<uint32_t> reportedSlots;
+    // n > 0: after n reads of the status byte the batteries are gone, as if
+    // taken out after the machine was looked at.
+    uint32_t batteriesGoneAfterStatusReads = 0;
 };
 
 struct ControllerSection {
