@@ -92,7 +92,17 @@ bool RunView::alreadySaid(const std::string &text) const {
     return true;
 }
 
+void RunView::flushPending() {
+    if (pending_.empty()) return;
+    const std::string text = pending_;
+    pending_.clear();
+    for (const std::string &part : partsOf(text)) {
+        for (const std::string &line : language_.lines(part, rawKeys_)) say("    " + line);
+    }
+}
+
 void RunView::begin(const std::string &testName, const std::string &device) {
+    flushPending();
     testName_.clear();
     said_.clear();
     percent_ = 0;
@@ -103,6 +113,11 @@ void RunView::begin(const std::string &testName, const std::string &device) {
 }
 
 void RunView::entry(const std::string &message, uint32_t level) {
+    if (pending_ == message) {
+        pending_.clear();
+    } else {
+        flushPending();
+    }
     said_.push_back(message);
     const char *colour = level == 2 ? kRed : level == 1 ? kYellow : nullptr;
     const char *mark = level == 2 ? "  ! " : level == 1 ? "  ~ " : "    ";
@@ -111,11 +126,10 @@ void RunView::entry(const std::string &message, uint32_t level) {
 
 void RunView::progress(uint32_t percent, const std::string &message) {
     percent_ = percent;
-    if (!message.empty() && !alreadySaid(message)) {
+    if (!message.empty() && !alreadySaid(message) && message != pending_) {
+        flushPending();
         said_.push_back(message);
-        for (const std::string &part : partsOf(message)) {
-            for (const std::string &line : language_.lines(part, rawKeys_)) say("    " + line);
-        }
+        pending_ = message;
     }
     if (mode_ == Mode::Terminal) {
         clearBar();
@@ -132,6 +146,7 @@ void RunView::notice(const std::string &key) {
 }
 
 void RunView::prompt(const std::string &title, const std::string &message) {
+    flushPending();
     say("  " + text(title) + ": " + text(message), kYellow);
 }
 
@@ -140,6 +155,7 @@ void RunView::answered(const std::string &what) {
 }
 
 void RunView::end(TestResultCode result) {
+    flushPending();
     const char *colour = result == ResultSuccess ? kGreen : result == ResultFailed ? kRed : kYellow;
     clearBar();
     testName_.clear();

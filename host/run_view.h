@@ -34,6 +34,10 @@ private:
     void drawBar();
     void clearBar();
     bool alreadySaid(const std::string &text) const;
+    // A progress text is held back for a moment: when the log entry that
+    // usually follows carries the same text, that entry is shown instead,
+    // with its level.
+    void flushPending();
 
     Mode mode_;
     bool colour_;
@@ -44,4 +48,5 @@ private:
     uint32_t lastPlainStep_ = 0;
     bool barShown_ = false;
     std::vector<std::string> said_;
+    std::string pending_;
 };
