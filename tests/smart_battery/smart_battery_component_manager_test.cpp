@@ -87,6 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
         ManagerCase{"two-batteries", true, true, {kMain, {"SECONDARY_BATTERY", "1", "815"}}},
         ManagerCase{"secondary-only", true, true, {{"SECONDARY_BATTERY", "1", "815"}}},
         ManagerCase{"worn", true, true, {{"MAIN_BATTERY", "0", "1207"}}},
+        ManagerCase{"aged", true, true, {{"MAIN_BATTERY", "0", "1207"}}},
         ManagerCase{"hot", true, true, {kMain}},
         ManagerCase{"busy-controller", true, true, {kMain}},
         ManagerCase{"dead-controller", false, false, {}},

@@ -1,0 +1,383 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include "diagnostics/battery_health_test.h"
+#include "diagnostics/smart_battery_health_test.h"
+#include "diagnostics/temperature_test.h"
+#include "emulator/notebook.h"
+#include "frame/identifiers.h"
+#include "frame/keys.h"
+#include "frame/test_with_device_hint.h"
+#include "generic_battery/generic_battery_component_manager.h"
+#include "smart_battery/smart_battery_component.h"
+#include "support/recording_host.h"
+#include "support/scenario.h"
+
+namespace {
+
+using Events = std::vector<RecordingHost::Event>;
+
+// One smart battery in mAh, so that capacities reach the test unscaled. The
+// machine reports a charge of 76%.
+std::string smartMachine(const std::string &battery) {
+    return R"({"name": "q", "controller": {"present": true}, "power": {"batteryLifePercent": 76},
+        "batteries": [{"slot": 0, "serialNumber": 4711, "capacityUnit": "mAh",
+                       "designVoltage_mV": 11400, "chargePercent": 76)" +
+           (battery.empty() ? "" : ", " + battery) + "}]}";
+}
+
+std::string genericMachine(const std::string &batteries) {
+    return R"({"name": "g", "power": {"batteryLifePercent": 76}, "batteries": [)" + batteries +
+           "]}";
+}
+
+const RecordingHost::Event kCharge = entry("TOTAL_BATTERY_CHARGE: 76%", 0);
+const RecordingHost::Event kChargeProgress = progress(100, "TOTAL_BATTERY_CHARGE: 76%");
+
+// A component of no battery class at all.
+class ForeignComponent : public SystemComponent {
+public:
+    int32_t zeroQuery() override { return 0; }
+    bool firstTrueQuery() override { return true; }
+    bool secondTrueQuery() override { return true; }
+    void firstNoOp() override {}
+    bool thirdTrueQuery() override { return true; }
+    void secondNoOp() override {}
+};
+
+} // namespace
+
+TEST(SmartBatteryHealth, ExpectedCapacityFollowsTheCurve) {
+    const std::pair<uint32_t, double> points[] = {
+        {1, 0.86},     {10, 0.763219}, {45, 0.70},   {46, 0.6990}, {100, 0.6463},
+        {250, 0.4999}, {251, 0.49775}, {300, 0.3875}, {450, 0.05}, {451, 0.05}};
+    for (const auto &point : points) {
+        EXPECT_NEAR(SmartBatteryHealthTest::expectedRelativeCapacity(point.first), point.second,
+                    5e-5)
+            << "age " << point.first;
+    }
+}
+
+struct CurveRow {
+    const char *what;
+    uint32_t design, full, cycles, scale;
+    TestResultCode expected;
+};
+
+class SmartHealthVerdict : public ::testing::TestWithParam<CurveRow> {};
+
+TEST_P(SmartHealthVerdict, ComparesTheRatioWithTheCurveForTheBatterysAge) {
+    const CurveRow &row = GetParam();
+    useScenarioText(smartMachine("\"designCapacity\": " + std::to_string(row.design) +
+                                 ", \"fullChargeCapacity\": " + std::to_string(row.full) +
+                                 ", \"cycleCount\": " + std::to_string(row.cycles) +
+                                 ", \"cycleScale\": " + std::to_string(row.scale)));
+    SmartBatteryComponent battery(true);
+    SmartBatteryHealthTest test(ID_SMART_HEALTH_TEST);
+    EXPECT_EQ(test.evaluateCapacity(&battery), row.expected) << row.what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, SmartHealthVerdict,
+    ::testing::Values(CurveRow{"new, 0.85 under 0.86", 10000, 8500, 0, 250, ResultFailed},
+                      CurveRow{"new, 0.87 over 0.86", 10000, 8700, 0, 250, ResultSuccess},
+                      CurveRow{"scale 0 counts as 250: age 100", 10000, 6500, 100, 0, ResultSuccess},
+                      CurveRow{"age 100 at 0.64", 10000, 6400, 100, 250, ResultFailed},
+                      CurveRow{"scale 500: age 150 expects 0.5975", 10000, 5980, 300, 500,
+                               ResultSuccess},
+                      CurveRow{"age 150 just under", 10000, 5970, 300, 500, ResultFailed},
+                      CurveRow{"age 300 at 0.45 aged normally", 10000, 4500, 300, 250,
+                               ResultWarning},
+                      CurveRow{"ratio exactly 0.5 above the curve", 10000, 5000, 300, 250,
+                               ResultSuccess},
+                      CurveRow{"age 100 at 0.45 worse than its age", 10000, 4500, 100, 250,
+                               ResultFailed},
+                      CurveRow{"age 500 at 0.04", 10000, 400, 500, 250, ResultFailed},
+                      CurveRow{"age 500 at 0.06", 10000, 600, 500, 250, ResultWarning},
+                      CurveRow{"above its design value", 10000, 12000, 10, 250, ResultSuccess},
+                      CurveRow{"no full-charge capacity", 10000, 0, 10, 250, ResultNotApplicable},
+                      CurveRow{"no design capacity", 0, 5000, 10, 250, ResultNotApplicable}));
+
+struct RunRow {
+    const char *what;
+    std::string machine;
+    std::function<void(RecordingHost &)> arrange;
+    TestResultCode expected;
+    Events events;
+};
+
+class SmartHealthRun : public ::testing::TestWithParam<RunRow> {};
+
+TEST_P(SmartHealthRun, TellsTheHostItsVerdictThenTheChargeThenTheHint) {
+    const RunRow &row = GetParam();
+    useScenarioText(row.machine);
+    SmartBatteryComponent battery(true);
+    TestWithDeviceHint<SmartBatteryHealthTest> test(HINT_BATTERY(), ID_SMART_HEALTH_TEST);
+    RecordingHost host;
+    host.target = &battery;
+    if (row.arrange) row.arrange(host);
+    EXPECT_EQ(test.execute(&host), row.expected) << row.what;
+    EXPECT_EQ(host.record, row.events) << row.what;
+}
+
+namespace {
+const std::string kHealthy = smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 9000)");
+const std::string kWorn =
+    smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 100)");
+const std::string kAged =
+    smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 300)");
+const char *kLow = keys::LOWER_THAN_EXPECTED_CAPACITY;
+const char *kEvent = keys::ABORTED_SYSTEM_EVENT;
+const char *kGone = keys::DEVICE_COMMUNICATION_FAILURE;
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, SmartHealthRun,
+    ::testing::Values(
+        RunRow{"healthy", kHealthy, nullptr, ResultSuccess,
+               {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}},
+        RunRow{"worn: the hint follows the charge",
+               kWorn,
+               nullptr,
+               ResultFailed,
+               {progress(0, ""), progress(100, ""), progress(100, kLow), entry(kLow, 2), kCharge,
+                kChargeProgress, entry(HINT_BATTERY(), 0), progress(100, HINT_BATTERY())}},
+        RunRow{"aged normally",
+               kAged,
+               nullptr,
+               ResultWarning,
+               {progress(0, ""), progress(100, ""),
+                progress(100, keys::LOW_CAPACITY_NORMAL_USE),
+                entry(keys::LOW_CAPACITY_NORMAL_USE, 1), kCharge, kChargeProgress}},
+        RunRow{"stop requested at the start", kHealthy, [](RecordingHost &h) { h.stop = true; },
+               ResultAborted, {progress(0, ""), kCharge, kChargeProgress}},
+        RunRow{"a system event at the start",
+               kHealthy,
+               [](RecordingHost &h) { h.events = 0x80; },
+               ResultAborted,
+               {progress(0, ""), progress(100, kEvent), entry(kEvent, 0), kCharge, kChargeProgress}},
+        RunRow{"bits 0x04 and 0x100 spoil no quick test", kWorn,
+               [](RecordingHost &h) { h.events = 0x104; }, ResultFailed,
+               {progress(0, ""), progress(100, ""), progress(100, kLow), entry(kLow, 2), kCharge,
+                kChargeProgress, entry(HINT_BATTERY(), 0), progress(100, HINT_BATTERY())}},
+        RunRow{"no capacity: the battery stopped answering",
+               smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 0)"),
+               nullptr,
+               ResultAborted,
+               {progress(0, ""), progress(100, ""), progress(100, kGone), entry(kGone, 0), kCharge,
+                kChargeProgress}},
+        RunRow{"an event during a run that cannot judge",
+               smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 0)"),
+               [](RecordingHost &h) { h.events = 0x02; },
+               ResultAborted,
+               {progress(0, ""), progress(100, kEvent), entry(kEvent, 0), kCharge,
+                kChargeProgress}}));
+
+struct BadContextRow {
+    const char *what;
+    std::function<void(RecordingHost &, SystemComponent *)> arrange;
+    TestResultCode smart, temperature, generic;
+};
+
+class QuickTestsRefuse : public ::testing::TestWithParam<BadContextRow> {};
+
+TEST_P(QuickTestsRefuse, AnUnusableContextOrAForeignBattery) {
+    const BadContextRow &row = GetParam();
+    useScenarioText(smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 9000)"));
+    SmartBatteryComponent battery(true);
+    ForeignComponent foreign;
+    std::unique_ptr<::Test> tests[] = {
+        std::make_unique<SmartBatteryHealthTest>(ID_SMART_HEALTH_TEST),
+        std::make_unique<OstrelleTemperatureTest>(ID_TEMPERATURE_TEST),
+        std::make_unique<BatteryHealthTest>(ID_HEALTH_TEST)};
+    const TestResultCode expected[] = {row.smart, row.temperature, row.generic};
+    for (size_t i = 0; i < 3; ++i) {
+        RecordingHost host;
+        host.target = &battery;
+        row.arrange(host, &foreign);
+        EXPECT_EQ(tests[i]->execute(&host), expected[i]) << row.what << ", test " << i;
+        if (expected[i] == ResultInvalid) {
+            for (const auto &event : host.record) {
+                EXPECT_EQ(event.text.rfind("TOTAL_BATTERY_CHARGE", 0), 0u) << "no message of its own";
+            }
+        }
+    }
+    EXPECT_EQ(tests[0]->execute(nullptr), ResultInvalid);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, QuickTestsRefuse,
+    ::testing::Values(
+        BadContextRow{"no result log", [](RecordingHost &h, SystemComponent *) { h.nullLog = true; },
+                      ResultInvalid, ResultInvalid, ResultInvalid},
+        BadContextRow{"no user channel",
+                      [](RecordingHost &h, SystemComponent *) { h.nullChannel = true; },
+                      ResultInvalid, ResultInvalid, ResultInvalid},
+        BadContextRow{"no system events",
+                      [](RecordingHost &h, SystemComponent *) { h.nullEvents = true; },
+                      ResultInvalid, ResultInvalid, ResultInvalid},
+        BadContextRow{"no target", [](RecordingHost &h, SystemComponent *) { h.target = nullptr; },
+                      ResultInvalid, ResultInvalid, ResultInvalid},
+        BadContextRow{"a component of another class",
+                      [](RecordingHost &h, SystemComponent *foreign) { h.target = foreign; },
+                      ResultNotApplicable, ResultNotApplicable, ResultNotApplicable}));
+
+struct TemperatureRow {
+    const char *what;
+    double celsius;
+    bool flag;
+    TestResultCode expected;
+    Events events;
+};
+
+class TemperatureVerdict : public ::testing::TestWithParam<TemperatureRow> {};
+
+TEST_P(TemperatureVerdict, TheBatterysFlagDecidesOnceAReadingExists) {
+    const TemperatureRow &row = GetParam();
+    useScenarioText(smartMachine("\"temperature_C\": " + std::to_string(row.celsius) +
+                                 ", \"overTemperature\": " + (row.flag ? "true" : "false")));
+    SmartBatteryComponent battery(true);
+    OstrelleTemperatureTest test(ID_TEMPERATURE_TEST);
+    RecordingHost host;
+    host.target = &battery;
+    EXPECT_EQ(test.execute(&host), row.expected) << row.what;
+    EXPECT_EQ(host.record, row.events) << row.what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, TemperatureVerdict,
+    ::testing::Values(
+        TemperatureRow{"cool with the flag set: a warning in the log only", 20.0, true,
+                       ResultWarning,
+                       {progress(0, ""), progress(100, ""), entry(keys::TEMPERATURE_ABOVE_LIMIT, 1),
+                        kCharge, kChargeProgress}},
+        TemperatureRow{"95 degrees with the flag clear", 95.0, false, ResultSuccess,
+                       {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}},
+        TemperatureRow{"no reading wins over the flag", -273.15, true, ResultAborted,
+                       {progress(0, ""), progress(100, ""), progress(100, kGone), entry(kGone, 0),
+                        kCharge, kChargeProgress}},
+        TemperatureRow{"just above absolute zero is a reading", -272.8, false, ResultSuccess,
+                       {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}}));
+
+TEST(TemperatureTest, ReadsTheControllerAnewInEveryRun) {
+    useScenarioText(smartMachine(R"("temperature_C": 30, "overTemperature": false)"));
+    SmartBatteryComponent battery(true);
+    OstrelleTemperatureTest test(ID_TEMPERATURE_TEST);
+    RecordingHost host;
+    host.target = &battery;
+    ASSERT_EQ(test.execute(&host), ResultSuccess);
+    // The battery heats up; the scan's record is stale but the run asks anew.
+    useScenarioText(smartMachine(R"("temperature_C": 70, "overTemperature": true)"));
+    RecordingHost again;
+    again.target = &battery;
+    EXPECT_EQ(test.execute(&again), ResultWarning);
+}
+
+TEST(SmartQuickTests, ABatteryGoneBeforeTheRunIsNotApplicable) {
+    useScenarioText(smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 9000)"));
+    SmartBatteryComponent battery(true);
+    emulator::Notebook::instance().install([] {
+        auto scenario = emulator::Notebook::instance().scenario();
+        scenario.batteries[0].present = false;
+        return scenario;
+    }());
+    for (::Test *test : std::initializer_list<::Test *>{
+             new SmartBatteryHealthTest(ID_SMART_HEALTH_TEST),
+             new OstrelleTemperatureTest(ID_TEMPERATURE_TEST)}) {
+        RecordingHost host;
+        host.target = &battery;
+        EXPECT_EQ(test->execute(&host), ResultNotApplicable);
+        ASSERT_GE(host.record.size(), 2u);
+        EXPECT_EQ(host.record[0], progress(100, kGone));
+        EXPECT_EQ(host.record[1], entry(kGone, 0));
+        delete test;
+    }
+}
+
+struct GenericRow {
+    const char *what;
+    std::string batteries;
+    TestResultCode expected;
+    std::string ratioText; // empty: no relative-capacity line
+};
+
+class BatteryHealthVerdict : public ::testing::TestWithParam<GenericRow> {};
+
+TEST_P(BatteryHealthVerdict, EveryBatteryMustHoldHalfItsDesignCapacity) {
+    const GenericRow &row = GetParam();
+    useScenarioText(genericMachine(row.batteries));
+    GenericBatteryComponentManager manager(ID_BATTERY_MANAGER);
+    manager.refreshComponents();
+    ASSERT_EQ(manager.getComponentCount(), 1u);
+    BatteryHealthTest test(ID_HEALTH_TEST);
+    RecordingHost host;
+    host.target = manager.getComponent(0);
+    EXPECT_EQ(test.execute(&host), row.expected) << row.what;
+    Events expected = {progress(0, "")};
+    if (!row.ratioText.empty()) {
+        expected.push_back(progress(100, row.ratioText));
+        expected.push_back(entry(row.ratioText, 0));
+    }
+    expected.push_back(progress(100, ""));
+    if (row.expected == ResultFailed) {
+        expected.push_back(progress(100, kLow));
+        expected.push_back(entry(kLow, 2));
+    }
+    expected.push_back(kCharge);
+    expected.push_back(kChargeProgress);
+    EXPECT_EQ(host.record, expected) << row.what;
+}
+
+namespace {
+std::string battery(int slot, int design, int full) {
+    return R"({"slot": )" + std::to_string(slot) + R"(, "designCapacity": )" +
+           std::to_string(design) + R"(, "fullChargeCapacity": )" + std::to_string(full) +
+           R"(, "uniqueId": "B)" + std::to_string(slot) + "\"}";
+}
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, BatteryHealthVerdict,
+    ::testing::Values(
+        GenericRow{"exactly half passes", battery(0, 10000, 5000), ResultSuccess, ""},
+        GenericRow{"just below half fails", battery(0, 10000, 4999), ResultFailed,
+                   "RELATIVE_CAPACITY: 0.4999"},
+        GenericRow{"above its design value", battery(0, 10000, 12000), ResultSuccess, ""},
+        GenericRow{"the second of two is worn", battery(0, 10000, 9000) + "," + battery(1, 10000, 4000),
+                   ResultFailed, "RELATIVE_CAPACITY: 0.4"},
+        GenericRow{"the first worn ends the look", battery(0, 10000, 3000) + "," + battery(1, 10000, 4000),
+                   ResultFailed, "RELATIVE_CAPACITY: 0.3"},
+        GenericRow{"a battery without capacities is passed over",
+                   battery(0, 0, 0) + "," + battery(1, 10000, 9000), ResultSuccess, ""}));
+
+TEST(BatteryHealthTest, ABatteryThatLeftIsNoLongerApplicable) {
+    useScenarioText(genericMachine(battery(0, 10000, 9000)));
+    GenericBatteryComponentManager manager(ID_BATTERY_MANAGER);
+    manager.refreshComponents();
+    emulator::Notebook::instance().batteries()[0].present = false;
+    BatteryHealthTest test(ID_HEALTH_TEST);
+    RecordingHost host;
+    host.target = manager.getComponent(0);
+    EXPECT_EQ(test.execute(&host), ResultNotApplicable);
+    ASSERT_GE(host.record.size(), 3u);
+    EXPECT_EQ(host.record[1], progress(100, keys::NO_LONGER_APPLICABLE_NOT_ACTIVE));
+    EXPECT_EQ(host.record[2], entry(keys::NO_LONGER_APPLICABLE_NOT_ACTIVE, 0));
+}
+
+TEST(BatteryHealthTest, AStopDuringTheEvaluationKeepsTheRatioButNotTheVerdict) {
+    useScenarioText(genericMachine(battery(0, 10000, 3000)));
+    GenericBatteryComponentManager manager(ID_BATTERY_MANAGER);
+    manager.refreshComponents();
+    BatteryHealthTest test(ID_HEALTH_TEST);
+
+    // A host that asks to stop once the run has begun.
+    struct StoppingHost : RecordingHost {
+        bool isStopRequested() override { return record.size() > 2; }
+    } host;
+    host.target = manager.getComponent(0);
+    EXPECT_EQ(test.execute(&host), ResultAborted);
+    EXPECT_EQ(host.record[1], progress(100, "RELATIVE_CAPACITY: 0.3"));
+    for (const auto &event : host.record) EXPECT_NE(event.text, kLow);
+}
