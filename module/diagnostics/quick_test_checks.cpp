@@ -14,7 +14,9 @@ bool isContextUsable(ExecutionContext *context) {
            context->getTargetComponent() != nullptr;
 }
 
-bool isDisruptiveEvent(uint32_t events) { return (events & kQuickDisruptiveEvents) != 0; }
+bool isDisruptiveEvent(uint32_t events) {
+    return (events & kQuickDisruptiveEvents) != 0;
+}
 
 uint32_t currentEvents(ExecutionContext &context) {
     const uint32_t *events = context.getSystemEvents();

@@ -17,7 +17,8 @@ constexpr double kHealthyRatio = 0.5;
 // The curve of expected wear: logarithmic while young, then two straight
 // stretches, then a floor.
 double SmartBatteryHealthTest::expectedRelativeCapacity(uint32_t age) {
-    if (age <= 45) return 0.86 - static_cast<double>(std::log10(static_cast<float>(age))) * 0.096781;
+    if (age <= 45)
+        return 0.86 - static_cast<double>(std::log10(static_cast<float>(age))) * 0.096781;
     if (age <= 250) return 0.7439 - age * 0.000976;
     if (age <= 450) return 1.0625 - age * 0.00225;
     return 0.05;
@@ -42,7 +43,8 @@ bool SmartBatteryHealthTest::isDisruptiveEvent(uint32_t events) {
 TestResultCode SmartBatteryHealthTest::evaluateCapacity(SmartBatteryComponent *component) {
     const SmartBatteryInfo info = component->getBatteryInfo();
     if (info.fullChargeCapacity == 0 || info.designCapacity == 0) return ResultNotApplicable;
-    const uint32_t scale = info.cycleScale < kSmallestCycleScale ? kSmallestCycleScale : info.cycleScale;
+    const uint32_t scale =
+        info.cycleScale < kSmallestCycleScale ? kSmallestCycleScale : info.cycleScale;
     const float ratio =
         static_cast<float>(info.fullChargeCapacity) / static_cast<float>(info.designCapacity);
     uint32_t age = static_cast<uint32_t>(info.cycleCount) * kAgeScale / scale;
@@ -98,7 +100,8 @@ TestResultCode SmartBatteryHealthTest::execute(ExecutionContext *context) {
         quick_test::report(*context, keys::DEVICE_COMMUNICATION_FAILURE);
         verdict = ResultAborted;
         break;
-    default: break;
+    default:
+        break;
     }
     if (context->isStopRequested()) return ResultAborted;
     return verdict;

@@ -51,8 +51,8 @@ public:
 
 TEST(SmartBatteryHealth, ExpectedCapacityFollowsTheCurve) {
     const std::pair<uint32_t, double> points[] = {
-        {1, 0.86},     {10, 0.763219}, {45, 0.70},   {46, 0.6990}, {100, 0.6463},
-        {250, 0.4999}, {251, 0.49775}, {300, 0.3875}, {450, 0.05}, {451, 0.05}};
+        {1, 0.86},     {10, 0.763219}, {45, 0.70},    {46, 0.6990}, {100, 0.6463},
+        {250, 0.4999}, {251, 0.49775}, {300, 0.3875}, {450, 0.05},  {451, 0.05}};
     for (const auto &point : points) {
         EXPECT_NEAR(SmartBatteryHealthTest::expectedRelativeCapacity(point.first), point.second,
                     5e-5)
@@ -81,24 +81,21 @@ TEST_P(SmartHealthVerdict, ComparesTheRatioWithTheCurveForTheBatterysAge) {
 
 INSTANTIATE_TEST_SUITE_P(
     Table, SmartHealthVerdict,
-    ::testing::Values(CurveRow{"new, 0.85 under 0.86", 10000, 8500, 0, 250, ResultFailed},
-                      CurveRow{"new, 0.87 over 0.86", 10000, 8700, 0, 250, ResultSuccess},
-                      CurveRow{"scale 0 counts as 250: age 100", 10000, 6500, 100, 0, ResultSuccess},
-                      CurveRow{"age 100 at 0.64", 10000, 6400, 100, 250, ResultFailed},
-                      CurveRow{"scale 500: age 150 expects 0.5975", 10000, 5980, 300, 500,
-                               ResultSuccess},
-                      CurveRow{"age 150 just under", 10000, 5970, 300, 500, ResultFailed},
-                      CurveRow{"age 300 at 0.45 aged normally", 10000, 4500, 300, 250,
-                               ResultWarning},
-                      CurveRow{"ratio exactly 0.5 above the curve", 10000, 5000, 300, 250,
-                               ResultSuccess},
-                      CurveRow{"age 100 at 0.45 worse than its age", 10000, 4500, 100, 250,
-                               ResultFailed},
-                      CurveRow{"age 500 at 0.04", 10000, 400, 500, 250, ResultFailed},
-                      CurveRow{"age 500 at 0.06", 10000, 600, 500, 250, ResultWarning},
-                      CurveRow{"above its design value", 10000, 12000, 10, 250, ResultSuccess},
-                      CurveRow{"no full-charge capacity", 10000, 0, 10, 250, ResultNotApplicable},
-                      CurveRow{"no design capacity", 0, 5000, 10, 250, ResultNotApplicable}));
+    ::testing::Values(
+        CurveRow{"new, 0.85 under 0.86", 10000, 8500, 0, 250, ResultFailed},
+        CurveRow{"new, 0.87 over 0.86", 10000, 8700, 0, 250, ResultSuccess},
+        CurveRow{"scale 0 counts as 250: age 100", 10000, 6500, 100, 0, ResultSuccess},
+        CurveRow{"age 100 at 0.64", 10000, 6400, 100, 250, ResultFailed},
+        CurveRow{"scale 500: age 150 expects 0.5975", 10000, 5980, 300, 500, ResultSuccess},
+        CurveRow{"age 150 just under", 10000, 5970, 300, 500, ResultFailed},
+        CurveRow{"age 300 at 0.45 aged normally", 10000, 4500, 300, 250, ResultWarning},
+        CurveRow{"ratio exactly 0.5 above the curve", 10000, 5000, 300, 250, ResultSuccess},
+        CurveRow{"age 100 at 0.45 worse than its age", 10000, 4500, 100, 250, ResultFailed},
+        CurveRow{"age 500 at 0.04", 10000, 400, 500, 250, ResultFailed},
+        CurveRow{"age 500 at 0.06", 10000, 600, 500, 250, ResultWarning},
+        CurveRow{"above its design value", 10000, 12000, 10, 250, ResultSuccess},
+        CurveRow{"no full-charge capacity", 10000, 0, 10, 250, ResultNotApplicable},
+        CurveRow{"no design capacity", 0, 5000, 10, 250, ResultNotApplicable}));
 
 struct RunRow {
     const char *what;
@@ -136,7 +133,10 @@ const char *kGone = keys::DEVICE_COMMUNICATION_FAILURE;
 INSTANTIATE_TEST_SUITE_P(
     Table, SmartHealthRun,
     ::testing::Values(
-        RunRow{"healthy", kHealthy, nullptr, ResultSuccess,
+        RunRow{"healthy",
+               kHealthy,
+               nullptr,
+               ResultSuccess,
                {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}},
         RunRow{"worn: the hint follows the charge",
                kWorn,
@@ -148,18 +148,23 @@ INSTANTIATE_TEST_SUITE_P(
                kAged,
                nullptr,
                ResultWarning,
-               {progress(0, ""), progress(100, ""),
-                progress(100, keys::LOW_CAPACITY_NORMAL_USE),
+               {progress(0, ""), progress(100, ""), progress(100, keys::LOW_CAPACITY_NORMAL_USE),
                 entry(keys::LOW_CAPACITY_NORMAL_USE, 1), kCharge, kChargeProgress}},
-        RunRow{"stop requested at the start", kHealthy, [](RecordingHost &h) { h.stop = true; },
-               ResultAborted, {progress(0, ""), kCharge, kChargeProgress}},
-        RunRow{"a system event at the start",
+        RunRow{"stop requested at the start",
                kHealthy,
-               [](RecordingHost &h) { h.events = 0x80; },
+               [](RecordingHost &h) { h.stop = true; },
                ResultAborted,
-               {progress(0, ""), progress(100, kEvent), entry(kEvent, 0), kCharge, kChargeProgress}},
-        RunRow{"bits 0x04 and 0x100 spoil no quick test", kWorn,
-               [](RecordingHost &h) { h.events = 0x104; }, ResultFailed,
+               {progress(0, ""), kCharge, kChargeProgress}},
+        RunRow{
+            "a system event at the start",
+            kHealthy,
+            [](RecordingHost &h) { h.events = 0x80; },
+            ResultAborted,
+            {progress(0, ""), progress(100, kEvent), entry(kEvent, 0), kCharge, kChargeProgress}},
+        RunRow{"bits 0x04 and 0x100 spoil no quick test",
+               kWorn,
+               [](RecordingHost &h) { h.events = 0x104; },
+               ResultFailed,
                {progress(0, ""), progress(100, ""), progress(100, kLow), entry(kLow, 2), kCharge,
                 kChargeProgress, entry(HINT_BATTERY(), 0), progress(100, HINT_BATTERY())}},
         RunRow{"no capacity: the battery stopped answering",
@@ -168,12 +173,12 @@ INSTANTIATE_TEST_SUITE_P(
                ResultAborted,
                {progress(0, ""), progress(100, ""), progress(100, kGone), entry(kGone, 0), kCharge,
                 kChargeProgress}},
-        RunRow{"an event during a run that cannot judge",
-               smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 0)"),
-               [](RecordingHost &h) { h.events = 0x02; },
-               ResultAborted,
-               {progress(0, ""), progress(100, kEvent), entry(kEvent, 0), kCharge,
-                kChargeProgress}}));
+        RunRow{
+            "an event during a run that cannot judge",
+            smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 0)"),
+            [](RecordingHost &h) { h.events = 0x02; },
+            ResultAborted,
+            {progress(0, ""), progress(100, kEvent), entry(kEvent, 0), kCharge, kChargeProgress}}));
 
 struct BadContextRow {
     const char *what;
@@ -200,7 +205,8 @@ TEST_P(QuickTestsRefuse, AnUnusableContextOrAForeignBattery) {
         EXPECT_EQ(tests[i]->execute(&host), expected[i]) << row.what << ", test " << i;
         if (expected[i] == ResultInvalid) {
             for (const auto &event : host.record) {
-                EXPECT_EQ(event.text.rfind("TOTAL_BATTERY_CHARGE", 0), 0u) << "no message of its own";
+                EXPECT_EQ(event.text.rfind("TOTAL_BATTERY_CHARGE", 0), 0u)
+                    << "no message of its own";
             }
         }
     }
@@ -210,8 +216,9 @@ TEST_P(QuickTestsRefuse, AnUnusableContextOrAForeignBattery) {
 INSTANTIATE_TEST_SUITE_P(
     Table, QuickTestsRefuse,
     ::testing::Values(
-        BadContextRow{"no result log", [](RecordingHost &h, SystemComponent *) { h.nullLog = true; },
-                      ResultInvalid, ResultInvalid, ResultInvalid},
+        BadContextRow{"no result log",
+                      [](RecordingHost &h, SystemComponent *) { h.nullLog = true; }, ResultInvalid,
+                      ResultInvalid, ResultInvalid},
         BadContextRow{"no user channel",
                       [](RecordingHost &h, SystemComponent *) { h.nullChannel = true; },
                       ResultInvalid, ResultInvalid, ResultInvalid},
@@ -249,16 +256,27 @@ TEST_P(TemperatureVerdict, TheBatterysFlagDecidesOnceAReadingExists) {
 INSTANTIATE_TEST_SUITE_P(
     Table, TemperatureVerdict,
     ::testing::Values(
-        TemperatureRow{"cool with the flag set: a warning in the log only", 20.0, true,
+        TemperatureRow{"cool with the flag set: a warning in the log only",
+                       20.0,
+                       true,
                        ResultWarning,
                        {progress(0, ""), progress(100, ""), entry(keys::TEMPERATURE_ABOVE_LIMIT, 1),
                         kCharge, kChargeProgress}},
-        TemperatureRow{"95 degrees with the flag clear", 95.0, false, ResultSuccess,
+        TemperatureRow{"95 degrees with the flag clear",
+                       95.0,
+                       false,
+                       ResultSuccess,
                        {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}},
-        TemperatureRow{"no reading wins over the flag", -273.15, true, ResultAborted,
+        TemperatureRow{"no reading wins over the flag",
+                       -273.15,
+                       true,
+                       ResultAborted,
                        {progress(0, ""), progress(100, ""), progress(100, kGone), entry(kGone, 0),
                         kCharge, kChargeProgress}},
-        TemperatureRow{"just above absolute zero is a reading", -272.8, false, ResultSuccess,
+        TemperatureRow{"just above absolute zero is a reading",
+                       -272.8,
+                       false,
+                       ResultSuccess,
                        {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}}));
 
 TEST(TemperatureTest, ReadsTheControllerAnewInEveryRun) {
@@ -283,9 +301,9 @@ TEST(SmartQuickTests, ABatteryGoneBeforeTheRunIsNotApplicable) {
         scenario.batteries[0].present = false;
         return scenario;
     }());
-    for (::Test *test : std::initializer_list<::Test *>{
-             new SmartBatteryHealthTest(ID_SMART_HEALTH_TEST),
-             new OstrelleTemperatureTest(ID_TEMPERATURE_TEST)}) {
+    for (::Test *test :
+         std::initializer_list<::Test *>{new SmartBatteryHealthTest(ID_SMART_HEALTH_TEST),
+                                         new OstrelleTemperatureTest(ID_TEMPERATURE_TEST)}) {
         RecordingHost host;
         host.target = &battery;
         EXPECT_EQ(test->execute(&host), ResultNotApplicable);
@@ -345,10 +363,12 @@ INSTANTIATE_TEST_SUITE_P(
         GenericRow{"just below half fails", battery(0, 10000, 4999), ResultFailed,
                    "RELATIVE_CAPACITY: 0.4999"},
         GenericRow{"above its design value", battery(0, 10000, 12000), ResultSuccess, ""},
-        GenericRow{"the second of two is worn", battery(0, 10000, 9000) + "," + battery(1, 10000, 4000),
-                   ResultFailed, "RELATIVE_CAPACITY: 0.4"},
-        GenericRow{"the first worn ends the look", battery(0, 10000, 3000) + "," + battery(1, 10000, 4000),
-                   ResultFailed, "RELATIVE_CAPACITY: 0.3"},
+        GenericRow{"the second of two is worn",
+                   battery(0, 10000, 9000) + "," + battery(1, 10000, 4000), ResultFailed,
+                   "RELATIVE_CAPACITY: 0.4"},
+        GenericRow{"the first worn ends the look",
+                   battery(0, 10000, 3000) + "," + battery(1, 10000, 4000), ResultFailed,
+                   "RELATIVE_CAPACITY: 0.3"},
         GenericRow{"a battery without capacities is passed over",
                    battery(0, 0, 0) + "," + battery(1, 10000, 9000), ResultSuccess, ""}));
 

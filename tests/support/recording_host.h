@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,12 @@ private:
         return picked;
     }
 };
+
+// Readable failure messages: kind, number and text of each event.
+inline void PrintTo(const RecordingHost::Event &event, std::ostream *out) {
+    static const char *const kinds[] = {"entry", "progress", "input", "notice"};
+    *out << kinds[event.kind] << "(" << event.number << ", \"" << event.text << "\")";
+}
 
 inline RecordingHost::Event entry(const std::string &text, uint32_t level) {
     return {RecordingHost::Event::Entry, text, level};
