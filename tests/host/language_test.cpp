@@ -31,7 +31,8 @@ TEST(Language, ComposedLinesAndKeysBesideNumbers) {
          "THRESHOLD: 93%",
          {"The test was stopped because the battery's charge is above 93%"}},
         {"DURATION: USE_A_NUMERICAL_VALUE_BETWEEN_5_AND_20; |DURATION: INVALID_DURATION_PARAMETER",
-         {"Duration: use a whole number from 5 to 20", "Duration: This test has no such parameter."}},
+         {"Duration: use a whole number from 5 to 20",
+          "Duration: This test has no such parameter."}},
         {"11.4 Volts", {"11.4 Volts"}},
     };
     for (const Row &row : rows) {
