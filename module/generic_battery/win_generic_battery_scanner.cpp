@@ -7,8 +7,8 @@
 #include "frame/keys.h"
 #include "generic_battery/battery_requests.h"
 #include "generic_battery/generic_result.h"
-#include "generic_battery/text_conversion.h"
 #include "generic_battery/wmi_client.h"
+#include "platform/string_handler.h"
 #include "wide_text.h"
 
 namespace {
@@ -16,31 +16,6 @@ namespace {
 // Private stand-ins for the three text operations of the shared text
 // service that this scanner needs (trim, wideToMultibyte, fromBytes), with
 // the same contracts. They go once the scanner can use the service itself.
-namespace text {
-
-// Only blanks (0x20) go, from both ends.
-void trim(std::string &value) {
-    const size_t first = value.find_first_not_of(' ');
-    if (first == std::string::npos) {
-        value.clear();
-        return;
-    }
-    const size_t last = value.find_last_not_of(' ');
-    value = value.substr(first, last - first + 1);
-}
-
-// The contract of wcstombs_s; on failure the buffer holds the empty text.
-int wideToMultibyte(size_t *converted, char *buffer, size_t bufferSize, const WCHAR *source,
-                    size_t count) {
-    return text_conversion::wideToNarrow(converted, buffer, bufferSize, source, count);
-}
-
-// Exactly `count` bytes, NUL bytes included.
-std::string fromBytes(const void *bytes, size_t count) {
-    return count == 0 ? std::string() : std::string(static_cast<const char *>(bytes), count);
-}
-
-} // namespace text
 
 constexpr uint32_t kTextUnits = 255; // a driver text: 510 bytes of UTF-16
 constexpr const char *kBatteryClassName = "Win32_Battery";
@@ -144,8 +119,8 @@ void WinGenericBatteryScanner::readDetails(HANDLE *cell, uint32_t tag, GenericBa
     BATTERY_INFORMATION battery = {};
     if (queryInformation(cell, informationQuery(tag, BatteryInformation), sizeof battery,
                          &battery) == generic_result::Success) {
-        info.chemistry =
-            chemistryName(text::fromBytes(battery.Chemistry, sizeof battery.Chemistry));
+        info.chemistry = chemistryName(
+            StringHandler::instance()->fromBytes(battery.Chemistry, sizeof battery.Chemistry));
         info.capabilities = battery.Capabilities;
         info.cycleCount = battery.CycleCount;
         info.designCapacity = usableCapacity(battery.DesignedCapacity);
@@ -225,12 +200,12 @@ uint32_t WinGenericBatteryScanner::queryText(HANDLE *cell, const BATTERY_QUERY_I
 
     char narrow[kTextUnits];
     size_t converted = 0;
-    text::wideToMultibyte(&converted, narrow, sizeof narrow, wide, kTextUnits);
+    StringHandler::instance()->wideToMultibyte(&converted, narrow, sizeof narrow, wide, kTextUnits);
     value = std::string(narrow);
 
     // Blanks count only for deciding emptiness; the text keeps them.
     std::string trimmed = value;
-    text::trim(trimmed);
+    StringHandler::instance()->trim(trimmed);
     if (trimmed.empty()) value.clear();
     return generic_result::Success;
 }

@@ -3,8 +3,9 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <vector>
 
-#include "generic_battery/text_conversion.h"
+#include "platform/string_handler.h"
 #include "wide_text.h"
 
 namespace {
@@ -32,7 +33,7 @@ template <typename Interface> void releaseIfSet(Interface *&object) {
 
 // Appends at most `limit` bytes of `piece` behind the text already in `out`.
 void appendBounded(char *out, size_t &used, const char *piece, size_t limit) {
-    const size_t length = text_conversion::boundedLength(piece, limit);
+    const size_t length = StringHandler::instance()->lengthN(piece, limit);
     std::memcpy(out + used, piece, length);
     used += length;
     out[used] = '\0';
@@ -62,7 +63,8 @@ std::string decodeVariant(const VARIANT &value) {
         constexpr size_t kTextLimit = 500;
         char buffer[kTextLimit + 1];
         size_t converted = 0;
-        text_conversion::wideToNarrow(&converted, buffer, sizeof buffer, value.bstrVal, kTextLimit);
+        StringHandler::instance()->wideToMultibyte(&converted, buffer, sizeof buffer, value.bstrVal,
+                                                   kTextLimit);
         return std::string(buffer);
     }
     default:
@@ -154,12 +156,13 @@ uint32_t WmiClient::buildSelect(const char *const *propertyNames, const char *co
     size_t size = condition != nullptr ? 21 : 14;
     for (int32_t i = 0; i < count; ++i) {
         if (propertyNames[i] == nullptr) return wmi_code::NullPropertyName;
-        size += text_conversion::boundedLength(propertyNames[i], kNameLimit);
+        size += StringHandler::instance()->lengthN(propertyNames[i], kNameLimit);
         if (i + 1 < count) size += 2;
     }
     if (className == nullptr) return wmi_code::NullClassName;
-    size += text_conversion::boundedLength(className, kClassLimit);
-    if (condition != nullptr) size += text_conversion::boundedLength(condition, kConditionLimit);
+    size += StringHandler::instance()->lengthN(className, kClassLimit);
+    if (condition != nullptr)
+        size += StringHandler::instance()->lengthN(condition, kConditionLimit);
 
     // Without memory there is no statement, which the query step reports.
     char *text = new (std::nothrow) char[size];
@@ -202,7 +205,12 @@ uint32_t WmiClient::executeQuery(IWbemServices *services, IEnumWbemClassObject *
     if (services == nullptr) return wmi_code::QueryFailed;
 
     OwnedBstr language(WIDE_TEXT("WQL"));
-    OwnedBstr query(text_conversion::widen(statement).c_str());
+    const size_t length = std::strlen(statement);
+    std::vector<WCHAR> wide(length + 1, 0);
+    size_t converted = 0;
+    StringHandler::instance()->multibyteToWide(&converted, wide.data(), wide.size(), statement,
+                                               length);
+    OwnedBstr query(wide.data());
     const HRESULT executed = services->ExecQuery(
         language.get(), query.get(), WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATELY, nullptr,
         &enumerator);
@@ -235,8 +243,8 @@ uint32_t WmiClient::collectResults(IEnumWbemClassObject *enumerator,
         for (int32_t i = 0; i < count; ++i) {
             WCHAR wideName[kNameLimit + 1];
             size_t converted = 0;
-            text_conversion::narrowToWide(&converted, wideName, kNameLimit + 1, propertyNames[i],
-                                          kNameLimit);
+            StringHandler::instance()->multibyteToWide(&converted, wideName, kNameLimit + 1,
+                                                       propertyNames[i], kNameLimit);
             VARIANT value;
             VariantInit(&value);
             CIMTYPE type = 0;
