@@ -9,5 +9,3 @@
 Test *newSmartHealthTest(const std::string &, const EntityId &) { return nullptr; }
 Test *newTemperatureTest(const std::string &, const EntityId &) { return nullptr; }
 Test *newHealthTest(const std::string &, const EntityId &) { return nullptr; }
-Test *newDischargeTest(const std::string &, const EntityId &) { return nullptr; }
-Test *newChargeTest(const std::string &, const EntityId &) { return nullptr; }
