@@ -31,7 +31,8 @@ bool WinTimer::sameTick(uint32_t *first, uint32_t *second) {
 }
 
 Timer *moduleTimer() {
-    // Made on first use and kept for the life of the process.
-    static Timer *timer = new WinTimer();
-    return timer;
+    // Made on first use and kept while the library is loaded; an object
+    // rather than an allocation, so that unloading the library leaks nothing.
+    static WinTimer timer;
+    return &timer;
 }

@@ -1,0 +1,62 @@
+#include "diagnostics/charge_test.h"
+
+#include <string>
+
+#include "frame/keys.h"
+#include "generic_battery/generic_battery_component.h"
+#include "platform/power_manager.h"
+
+namespace {
+
+// The rise that counts as charging.
+constexpr double kLeastChange = 0.5;
+
+} // namespace
+
+ChargeTest::ChargeTest(const EntityId &id) : AbstractChargeTest(id) {
+    nameKey = keys::BATTERY_CHARGE_TEST;
+    acAbortMessage = keys::ABORTED_AC_UNPLUGGED;
+    acPrompt = keys::PLEASE_PLUG_AC;
+    failureMessage = keys::NOT_CHARGING_PROPERLY;
+    powerScheme = PowerManager::kPowerSaver;
+}
+
+TestResultCode ChargeTest::checkChargeLevel(ExecutionContext *context,
+                                            GenericBatteryComponent *component) {
+    double percent = 0.0;
+    if (component->getChargePercent(percent) != 0) return internalError(context);
+    if (percent > static_cast<double>(maximumChargePercent)) {
+        const std::string text = std::string(keys::CHARGE_ABOVE_THRESHOLD) + " " +
+                                 std::to_string(shownMaximumChargePercent) + "%";
+        note(context, text, 0);
+        note(context, keys::PLEASE_DISCHARGE, 0);
+        tell(context, 100, text);
+        return ResultAborted;
+    }
+    return ResultSuccess;
+}
+
+TestResultCode ChargeTest::judgeChargeChange(ExecutionContext *context, double initialPercent,
+                                             double finalPercent) {
+    if (finalPercent - initialPercent <= kLeastChange) {
+        note(context, failureMessage, 2);
+        tell(context, 100, failureMessage);
+        return ResultFailed;
+    }
+    return ResultSuccess;
+}
+
+TestResultCode ChargeTest::saveBrightness(ExecutionContext *) {
+    saveDisplayBrightness();
+    return ResultSuccess;
+}
+
+TestResultCode ChargeTest::applyLoadStep(int32_t, ExecutionContext *) {
+    if (powerManager != nullptr) powerManager->setBrightness(kDimLevel);
+    return ResultSuccess;
+}
+
+TestResultCode ChargeTest::restoreBrightness(ExecutionContext *) {
+    restoreDisplayBrightness();
+    return ResultSuccess;
+}

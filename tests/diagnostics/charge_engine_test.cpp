@@ -1,0 +1,314 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "diagnostics/charge_fixture.h"
+#include "diagnostics/charge_test.h"
+#include "diagnostics/discharge_test.h"
+#include "emulator/notebook.h"
+#include "frame/keys.h"
+#include "platform/power_manager.h"
+
+namespace {
+
+using Keys = std::vector<std::pair<std::string, uint32_t>>;
+using emulator::PowerScheme;
+
+enum class Target { Generic, Smart, None, Exact };
+enum class Prompt { Obeyed, Ignored };
+
+// One road out of a run: the machine and its timeline, what the host does,
+// and what the host and the machine are left with.
+struct Road {
+    const char *name;
+    bool charging;       // the charge test, else the discharge test
+    std::string machine; // JSON fields of the notebook, or a built-in scenario's name
+    Target target = Target::Generic;
+    Prompt prompt = Prompt::Obeyed;
+    bool inputRecognized = true;
+    std::vector<TestParameter> parameters;
+    uint32_t exactFailsFrom = 0; // with Target::Exact: the failing charge read
+    bool exactAcFails = false;
+    TestResultCode result;
+    Keys logged;
+    bool machineChanged;           // the measurement ran: scheme back, display at the AC level
+    std::string progressText = ""; // must be among the progress texts
+};
+
+std::string genericMachine(const std::string &extra, double charge = 76) {
+    return R"({"name": "road", "controller": {"present": false}, "batteries": [{"slot": 0,
+        "manufacturer": "Ostrelle", "serialNumber": 4711, "designCapacity": 57240,
+        "fullChargeCapacity": 54100, "designVoltage_mV": 11400, "chargePercent": )" +
+           std::to_string(charge) + "}]" + extra + "}";
+}
+
+TestParameter parameter(const std::string &key, const std::string &value) {
+    TestParameter chosen;
+    chosen.key = key;
+    chosen.value = value;
+    return chosen;
+}
+
+const Keys kMeasured = {{keys::INITIAL_BATTERY_CHARGE, 0}, {keys::FINAL_BATTERY_CHARGE, 0}};
+const Keys kTotal = {{keys::TOTAL_BATTERY_CHARGE, 0}};
+
+Keys then(Keys first, const Keys &second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+const std::string kAcOn = R"(, "power": {"ac": true})";
+std::string at(uint64_t ms, const std::string &event, const std::string &more = "") {
+    return R"(, "timeline": [{"at_ms": )" + std::to_string(ms) + R"(, "event": ")" + event + "\"" +
+           more + "}]";
+}
+
+// clang-format off
+const Road kRoads[] = {
+    // name, charging, machine, target, prompt, input recognized, parameters,
+    // failing charge read, AC read fails, result, log, machine changed[, progress text]
+    {"NormalEndOfTheDischargeTest", false, genericMachine(""), Target::Generic, Prompt::Obeyed,
+     true, {}, 0, false, ResultSuccess, kMeasured, true},
+    {"NormalEndOfTheChargeTest", true, genericMachine(kAcOn), Target::Generic, Prompt::Obeyed,
+     true, {}, 0, false, ResultSuccess, kMeasured, true},
+    {"NormalEndOnASmartBattery", false, "default", Target::Smart, Prompt::Obeyed, true, {}, 0,
+     false, ResultSuccess, kMeasured, true},
+    {"PromptObeyedThenNormalEnd", false, genericMachine(kAcOn), Target::Generic, Prompt::Obeyed,
+     true, {}, 0, false, ResultSuccess, kMeasured, true},
+    {"NormalEndAcrossTheTickWrap", false, genericMachine(R"(, "startTick": 4294867295)"),
+     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultSuccess, kMeasured, true},
+    {"HarmlessEventAtTheStart", false, genericMachine(at(0, "system-event", R"(, "bits": 4)")),
+     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultSuccess, kMeasured, true},
+    {"BatteryThatDoesNotDischarge", false, "non-discharging", Target::Smart, Prompt::Obeyed, true,
+     {}, 0, false, ResultFailed, then({{keys::NOT_DISCHARGING_PROPERLY, 2}}, kMeasured), true},
+    {"BatteryThatDoesNotCharge", true, "non-charging", Target::Smart, Prompt::Obeyed, true, {}, 0,
+     false, ResultFailed, then({{keys::NOT_CHARGING_PROPERLY, 2}}, kMeasured), true},
+
+    {"StopRequestAtTheStart", false, genericMachine(at(0, "stop-request")), Target::Generic,
+     Prompt::Obeyed, true, {}, 0, false, ResultAborted, kTotal, false},
+    {"SystemEventAtTheStart", false, genericMachine(at(0, "system-event", R"(, "bits": 256)")),
+     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultAborted,
+     then({{keys::ABORTED_SYSTEM_EVENT, 0}}, kTotal), false},
+    {"StopRequestDuringTheLoop", false, genericMachine(at(60000, "stop-request")),
+     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultAborted, kMeasured, true},
+    {"SystemEventDuringTheLoop", true,
+     genericMachine(kAcOn + at(60000, "system-event", R"(, "bits": 1)")), Target::Generic,
+     Prompt::Obeyed, true, {}, 0, false, ResultAborted,
+     then({{keys::ABORTED_SYSTEM_EVENT, 0}}, kMeasured), true},
+    {"AcStillPluggedAfterThePrompt", false, genericMachine(kAcOn), Target::Generic,
+     Prompt::Ignored, true, {}, 0, false, ResultAborted,
+     then({{keys::ABORTED_AC_PLUGGED, 0}}, kTotal), false},
+    {"AcStillUnpluggedAfterThePrompt", true, genericMachine(""), Target::Generic, Prompt::Ignored,
+     true, {}, 0, false, ResultAborted, then({{keys::ABORTED_AC_UNPLUGGED, 0}}, kTotal), false},
+    {"AcPluggedDuringTheLoop", false, genericMachine(at(60000, "ac-plug")), Target::Generic,
+     Prompt::Obeyed, true, {}, 0, false, ResultAborted,
+     then({{keys::ABORTED_AC_PLUGGED, 0}}, kMeasured), true},
+    {"AcUnpluggedDuringTheLoop", true, "extended-ac-unplugged-midway", Target::Smart,
+     Prompt::Obeyed, true, {}, 0, false, ResultAborted,
+     then({{keys::ABORTED_AC_UNPLUGGED, 0}}, kMeasured), true},
+    // The operating system knows no battery afterwards, so the report is silent.
+    {"BatteryRemovedDuringTheLoop", false, genericMachine(at(60000, "battery-remove")),
+     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultAborted,
+     {{keys::DEVICE_COMMUNICATION_FAILURE, 1}}, true},
+    {"AcStateUnreadable", false, genericMachine(""), Target::Exact, Prompt::Obeyed, true, {}, 0,
+     true, ResultAborted, then({{keys::INTERNAL_ERROR, 0}}, kTotal), false},
+    {"ChargeUnreadableAtTheThreshold", false, genericMachine(""), Target::Exact, Prompt::Obeyed,
+     true, {}, 2, false, ResultAborted, then({{keys::INTERNAL_ERROR, 0}}, kTotal), false},
+    {"ChargeUnreadableAtTheFirstReading", false, genericMachine(""), Target::Exact,
+     Prompt::Obeyed, true, {}, 3, false, ResultAborted,
+     then({{keys::INTERNAL_ERROR, 0}}, kTotal), false},
+    // From the fourth read on: the duration ends the run, the last reading fails.
+    {"ChargeUnreadableAtTheLastReading", false, genericMachine(""), Target::Exact,
+     Prompt::Obeyed, true, {}, 4, false, ResultAborted,
+     then({{keys::INTERNAL_ERROR, 0}}, kMeasured), true},
+
+    {"ChargeBelowTheThreshold", false, genericMachine("", 19), Target::Generic, Prompt::Obeyed,
+     true, {}, 0, false, ResultAborted,
+     then({{std::string(keys::CHARGE_BELOW_THRESHOLD) + " 20%", 0}, {keys::PLEASE_RECHARGE, 0}},
+          kTotal), false},
+    {"ChargeAboveTheThreshold", true, genericMachine(kAcOn, 95), Target::Generic, Prompt::Obeyed,
+     true, {}, 0, false, ResultAborted,
+     then({{std::string(keys::CHARGE_ABOVE_THRESHOLD) + " 93%", 0}, {keys::PLEASE_DISCHARGE, 0}},
+          kTotal), false},
+    {"ParameterRefusal", false, genericMachine(""), Target::Generic, Prompt::Obeyed, true,
+     {parameter("DURATION", "4"), parameter("COLOUR", "red")}, 0, false, ResultAborted, kTotal,
+     false, "COLOUR: INVALID_DURATION_PARAMETER; |DURATION: USE_A_NUMERICAL_VALUE_BETWEEN_5_AND_20"},
+    {"InputChannelNotRecognized", false, genericMachine(""), Target::Generic, Prompt::Obeyed,
+     false, {}, 0, false, ResultNotApplicable,
+     then(kTotal, {{keys::INPUT_TYPE_NOT_RECOGNIZED, 0}}), false},
+    {"NoBatteryComponent", false, genericMachine(""), Target::None, Prompt::Obeyed, true, {}, 0,
+     false, ResultNotApplicable, then({{keys::DEVICE_NOT_IDENTIFIED, 0}}, kTotal), false},
+    {"TwoSmartBatteries", false, "two-batteries", Target::Smart, Prompt::Obeyed, true, {}, 0,
+     false, ResultNotApplicable, then({{keys::DEVICE_COMMUNICATION_FAILURE, 0}}, kTotal), false},
+    {"ChargeUnreadableAtPrepare", false,
+     genericMachine(R"(, "power": {"batteryLifePercent": 255})"), Target::Exact, Prompt::Obeyed,
+     true, {}, 1, false, ResultNotApplicable, {{keys::CHARGE_NOT_CALCULATED, 0}}, false},
+};
+// clang-format on
+
+class ChargeEngineRoads : public testing::TestWithParam<Road> {};
+
+TEST_P(ChargeEngineRoads, ResultLogAndMachineState) {
+    const Road &road = GetParam();
+    if (road.machine.front() == '{')
+        useScenarioText(road.machine);
+    else
+        useScenario(road.machine);
+    emulator::Notebook &notebook = emulator::Notebook::instance();
+    const PowerScheme schemeBefore = notebook.power().scheme;
+    const uint32_t acBefore = notebook.power().acBrightness;
+    const uint32_t dcBefore = notebook.power().dcBrightness;
+
+    HostBattery battery;
+    ExactBattery exact;
+    exact.chargeFailsFrom = road.exactFailsFrom;
+    exact.acFails = road.exactAcFails;
+    TimelineHost host;
+    host.target = road.target == Target::Generic ? battery.genericComponent()
+                  : road.target == Target::Smart ? battery.smartComponent()
+                  : road.target == Target::Exact ? &exact
+                                                 : nullptr;
+    if (road.target != Target::None) {
+        ASSERT_NE(host.target, nullptr);
+    }
+    if (road.prompt == Prompt::Obeyed) host.obeyPrompts();
+    host.inputRecognized = road.inputRecognized;
+    host.parameters = road.parameters;
+
+    std::unique_ptr<AbstractChargeTest> test;
+    if (road.charging)
+        test = std::make_unique<ChargeTest>(EntityId(12, 2, 3));
+    else
+        test = std::make_unique<DischargeTest>(EntityId(12, 2, 2));
+    EXPECT_EQ(test->execute(&host), road.result);
+    EXPECT_EQ(loggedKeys(host.entries()), road.logged);
+
+    const emulator::PowerState &power = notebook.power();
+    EXPECT_EQ(power.scheme, schemeBefore);
+    EXPECT_EQ(power.acBrightness, acBefore);
+    EXPECT_EQ(power.dcBrightness, road.machineChanged ? acBefore : dcBefore);
+    bool schemeForced = false;
+    for (const emulator::MachineChange &change : power.changes)
+        schemeForced = schemeForced || change.setting == "scheme";
+    EXPECT_EQ(schemeForced, road.machineChanged);
+    EXPECT_EQ(test->getDurationSeconds(), 600.0);
+    if (road.result == ResultSuccess) {
+        // Ten minutes and at most one period more, however the ticks wrapped.
+        EXPECT_GE(notebook.clock().elapsedMs(), 600000u);
+        EXPECT_LE(notebook.clock().elapsedMs(), 600500u);
+    }
+    if (!road.progressText.empty()) {
+        EXPECT_EQ(host.progress().front(), progress(100, road.progressText));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, ChargeEngineRoads, testing::ValuesIn(kRoads),
+                         [](const testing::TestParamInfo<Road> &info) {
+                             return std::string(info.param.name);
+                         });
+
+// A stop is answered with the last percent, a system event with 100, and
+// the last pass's percent is not the end: step 17 sends 100.
+TEST(ChargeEngine, ProgressOfAStopAndOfANormalEnd) {
+    useScenarioText(genericMachine(at(300000, "stop-request")));
+    HostBattery battery;
+    TimelineHost host;
+    host.target = battery.genericComponent();
+    DischargeTest test({12, 2, 2});
+    EXPECT_EQ(test.execute(&host), ResultAborted);
+    const auto updates = host.progress();
+    ASSERT_GE(updates.size(), 2u);
+    const RecordingHost::Event &stop = updates[updates.size() - 2];
+    // The pass that began at 299.5 seconds was the last one.
+    EXPECT_EQ(stop, progress(49, ""));
+    EXPECT_EQ(test.getProgressPercent(), 49);
+
+    useScenarioText(genericMachine(""));
+    TimelineHost normal;
+    normal.target = battery.genericComponent();
+    EXPECT_EQ(test.execute(&normal), ResultSuccess);
+    const auto last = normal.progress();
+    ASSERT_GE(last.size(), 3u);
+    EXPECT_EQ(last[last.size() - 2], progress(100, ""));
+    for (const RecordingHost::Event &event : last) EXPECT_LE(event.number, 100u);
+}
+
+TEST(ChargeEngine, AUsersOwnSchemeComesBackAsBalancedAndAKnownOneAsItWas) {
+    for (const auto &[given, expected] : std::vector<std::pair<std::string, PowerScheme>>{
+             {"custom", PowerScheme::Balanced},
+             {"power-saver", PowerScheme::PowerSaver},
+             {"high-performance", PowerScheme::HighPerformance}}) {
+        useScenarioText(genericMachine(R"(, "power": {"scheme": ")" + given + "\"}"));
+        HostBattery battery;
+        TimelineHost host;
+        host.target = battery.genericComponent();
+        host.stop = false;
+        DischargeTest test({12, 2, 2});
+        test.execute(&host);
+        EXPECT_EQ(emulator::Notebook::instance().power().scheme, expected) << given;
+    }
+}
+
+// A power manager whose display answers no question but takes every level.
+class WriteOnlyDisplay : public PowerManager {
+public:
+    std::vector<uint32_t> levels;
+    uint32_t getBrightness(uint32_t &) override { return 1; }
+    uint32_t setBrightness(uint8_t level) override {
+        levels.push_back(level);
+        return 0;
+    }
+    uint32_t getPowerScheme() override { return kBalanced; }
+    void setPowerScheme(uint32_t) override {}
+    bool isOnAcPower() override { return true; }
+    bool isBatteryPresent() override { return true; }
+};
+
+class ChargeTestOnWriteOnlyDisplay : public ChargeTest {
+public:
+    ChargeTestOnWriteOnlyDisplay() : ChargeTest({12, 2, 3}) {
+        delete powerManager;
+        powerManager = display = new WriteOnlyDisplay();
+    }
+    WriteOnlyDisplay *display;
+};
+
+// A display that cannot be read is not written back with a made-up level.
+TEST(ChargeEngine, AnUnreadableDisplayIsLeftAsTheSweepLeftIt) {
+    useScenarioText(genericMachine(kAcOn));
+    HostBattery battery;
+    TimelineHost host;
+    host.target = battery.genericComponent();
+    ChargeTestOnWriteOnlyDisplay test;
+    EXPECT_EQ(test.execute(&host), ResultSuccess);
+    ASSERT_EQ(test.display->levels.size(), 1200u); // one per pass, nothing restored
+    for (uint32_t level : test.display->levels) EXPECT_EQ(level, ChargeTest::kDimLevel);
+}
+
+TEST(ChargeEngine, DisruptiveEventMaskCountsBitEightButNotBitTwo) {
+    DischargeTest test({12, 2, 2});
+    EXPECT_FALSE(test.isDisruptiveEvent(0x04));
+    EXPECT_FALSE(test.isDisruptiveEvent(0x200));
+    for (uint32_t bit : {0x01u, 0x02u, 0x08u, 0x80u, 0x100u})
+        EXPECT_TRUE(test.isDisruptiveEvent(bit));
+}
+
+TEST(ChargeEngine, PromptIsOneRequestOfKindTwoTitledWithTheTestName) {
+    useScenarioText(genericMachine(kAcOn));
+    HostBattery battery;
+    TimelineHost host;
+    host.target = battery.genericComponent();
+    std::vector<InputRequest> requests;
+    host.onInput = [&requests](const InputRequest &request) { requests.push_back(request); };
+    DischargeTest test({12, 2, 2});
+    test.execute(&host);
+    ASSERT_EQ(requests.size(), 1u);
+    EXPECT_EQ(requests[0].title, keys::BATTERY_DISCHARGE_TEST);
+    EXPECT_EQ(requests[0].message, keys::PLEASE_UNPLUG_AC);
+    EXPECT_EQ(requests[0].kind, 2u);
+    EXPECT_EQ(requests[0].secondNumber, 0u);
+    EXPECT_EQ(requests[0].lastNumber, 0u);
+    EXPECT_TRUE(requests[0].options.empty());
+}
+
+} // namespace
