@@ -124,7 +124,7 @@ TEST(HostProgram, ListsBothPaths) {
     EXPECT_NE(generic.output.find("path: generic"), std::string::npos) << generic.output;
     EXPECT_NE(generic.output.find("  bat  Battery"), std::string::npos) << "groups, in English";
     EXPECT_NE(generic.output.find("Design capacity"), std::string::npos);
-    EXPECT_NE(generic.output.find("12.2.0"), std::string::npos);
+    EXPECT_NE(generic.output.find("12.2.3"), std::string::npos);
 }
 
 TEST(HostProgram, ScenarioListNamesEveryBuiltInScenarioWithWhatItShows) {
@@ -143,4 +143,55 @@ TEST(HostProgram, AScenarioFileWithAnErrorNamesFileAndField) {
     EXPECT_NE(outcome.output.find(path), std::string::npos) << outcome.output;
     EXPECT_NE(outcome.output.find("batteries[0].designCapacity"), std::string::npos);
     std::remove(path.c_str());
+}
+
+TEST(HostProgram, ThePromptIsAnsweredThroughStandardInput) {
+    // The charge test asks for the AC cable: Enter plugs it, "n" leaves it.
+    const Outcome plugged =
+        runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000", "\\n");
+    EXPECT_EQ(plugged.exitCode, 0) << plugged.output;
+    EXPECT_NE(plugged.output.find("AC cable plugged in"), std::string::npos) << plugged.output;
+    const Outcome declined =
+        runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000", "n\\n");
+    EXPECT_EQ(declined.exitCode, 4) << declined.output;
+    EXPECT_NE(declined.output.find("because the AC cable is unplugged"), std::string::npos)
+        << declined.output;
+}
+
+TEST(HostProgram, ExtendedVerdictsOnTheEmulatedNotebook) {
+    const std::pair<const char *, int> rows[] = {
+        {"--scenario default -Mbattery -E --yes --duration 5", 0},
+        {"--scenario non-discharging -Mbattery -Ed --yes --duration 5", 1},
+        {"--scenario non-charging -Mbattery -Ec --yes --duration 5", 1},
+        {"--scenario generic -Mbattery --extended bat --yes --duration 5", 0},
+        {"--scenario default -Mbattery -Ed --duration 21", 4},
+    };
+    for (const auto &row : rows) {
+        const Outcome outcome = runHost(std::string(row.first) + " --time-scale 2000");
+        EXPECT_EQ(outcome.exitCode, row.second) << row.first << "\n" << outcome.output;
+    }
+}
+
+TEST(HostProgram, CtrlCDuringAnExtendedRunPutsTheMachineBack) {
+    // Ten real seconds of measurement at this pace; the interrupt comes after one.
+    const std::string command = std::string("sh -c '") + HOST_PATH +
+                                " --scenario default -Mbattery -Ed --time-scale 60 --json"
+                                " </dev/null >" +
+                                ::testing::TempDir() +
+                                "interrupted.json 2>&1 &"
+                                " pid=$!; sleep 1; kill -INT $pid; wait $pid; echo $?'";
+    FILE *pipe = popen(command.c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    char status[16] = {};
+    ASSERT_NE(std::fgets(status, sizeof status, pipe), nullptr);
+    pclose(pipe);
+    EXPECT_EQ(std::atoi(status), 4) << "aborted";
+    std::ifstream file(::testing::TempDir() + "interrupted.json");
+    const nlohmann::json report = nlohmann::json::parse(file);
+    EXPECT_EQ(report["runs"][0]["result"], 4);
+    const auto &state = report["machineState"];
+    EXPECT_EQ(state["scheme"], "balanced") << state.dump();
+    EXPECT_EQ(state["acBrightness"], 80) << "the saved AC level";
+    EXPECT_EQ(state["dcBrightness"], 80) << "the saved AC level, on battery too";
+    EXPECT_FALSE(state["ac"]);
 }
