@@ -31,4 +31,3 @@ BENCHMARK(GenericRefreshOfTwoBatteries);
 
 } // namespace
 
-BENCHMARK_MAIN();
