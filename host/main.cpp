@@ -268,6 +268,11 @@ int main(int argc, char **argv) {
                     machine.describe().c_str());
         if (listOnly || options.list) printLists(*module, view);
     }
+    if (!plan.tests.empty() && plan.devices.empty()) {
+        std::fprintf(stderr, "error: no battery to test on %s\n", machine.describe().c_str());
+        library->releaseInterface();
+        return ResultNotApplicable;
+    }
     installStopHandler();
     const std::vector<RunRecord> records = runPlan(*module, plan, options, machine, view);
     std::vector<TestResultCode> results;

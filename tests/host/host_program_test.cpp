@@ -82,6 +82,7 @@ TEST(HostProgram, ExitCodesFollowTheMostSevereResult) {
         {"--scenario battery-removed -Mbattery -Q", 3},
         {"--scenario generic -Mbattery -Q bat", 0},
         {"--scenario generic-worn -Mbattery -Q", 1},
+        {"--scenario generic-no-battery -Mbattery -Q", 3},
     };
     for (const auto &row : rows) {
         const Outcome outcome = runHost(row.first);
