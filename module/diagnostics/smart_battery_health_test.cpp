@@ -2,8 +2,7 @@
 
 #include <cmath>
 
-#include "diagnostics/charge_report.h"
-#include "diagnostics/quick_test_checks.h"
+#include "diagnostics/smart_quick_run.h"
 #include "frame/keys.h"
 #include "smart_battery/smart_battery_component.h"
 #include "smart_battery/win_smart_battery_scanner.h"
@@ -63,46 +62,13 @@ TestResultCode SmartBatteryHealthTest::runHealthCheck(ExecutionContext *context)
 }
 
 TestResultCode SmartBatteryHealthTest::execute(ExecutionContext *context) {
-    SmartBatteryComponent *component =
-        context != nullptr ? dynamic_cast<SmartBatteryComponent *>(context->getTargetComponent())
-                           : nullptr;
-    ChargeReport chargeReport(context, component);
-    if (!isContextUsable(context)) return ResultInvalid;
-    if (!prepare(context->getTargetComponent())) {
-        quick_test::report(*context, keys::DEVICE_COMMUNICATION_FAILURE);
-        return ResultNotApplicable;
-    }
-    UserChannel &channel = *context->getUserChannel();
-    channel.updateProgress(0, "");
-    if (isDisruptiveEvent(quick_test::currentEvents(*context))) {
-        return quick_test::abortForSystemEvent(*context);
-    }
-    if (context->isStopRequested()) return ResultAborted;
-
-    const TestResultCode result = runHealthCheck(context);
-    if (result != ResultSuccess && result != ResultFailed &&
-        isDisruptiveEvent(quick_test::currentEvents(*context))) {
-        return quick_test::abortForSystemEvent(*context);
-    }
-    channel.updateProgress(100, "");
-    TestResultCode verdict = result;
-    switch (result) {
-    case ResultFailed:
-        channel.updateProgress(100, keys::LOWER_THAN_EXPECTED_CAPACITY);
-        context->getResultLog()->addEntry(keys::LOWER_THAN_EXPECTED_CAPACITY, 2, 0);
-        break;
-    case ResultWarning:
-        channel.updateProgress(100, keys::LOW_CAPACITY_NORMAL_USE);
-        context->getResultLog()->addEntry(keys::LOW_CAPACITY_NORMAL_USE, 1, 0);
-        break;
-    case ResultNotApplicable:
-        // The battery went away during the run, or gave no capacity.
-        quick_test::report(*context, keys::DEVICE_COMMUNICATION_FAILURE);
-        verdict = ResultAborted;
-        break;
-    default:
-        break;
-    }
-    if (context->isStopRequested()) return ResultAborted;
-    return verdict;
+    return runSmartQuickTest(
+        *this, context, [this](ExecutionContext *run) { return runHealthCheck(run); },
+        [](ExecutionContext &run, TestResultCode result) {
+            const bool failed = result == ResultFailed;
+            const char *key =
+                failed ? keys::LOWER_THAN_EXPECTED_CAPACITY : keys::LOW_CAPACITY_NORMAL_USE;
+            run.getUserChannel()->updateProgress(100, key);
+            run.getResultLog()->addEntry(key, failed ? 2 : 1, 0);
+        });
 }

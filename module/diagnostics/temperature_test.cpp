@@ -1,7 +1,6 @@
 #include "diagnostics/temperature_test.h"
 
-#include "diagnostics/charge_report.h"
-#include "diagnostics/quick_test_checks.h"
+#include "diagnostics/smart_quick_run.h"
 #include "frame/keys.h"
 #include "smart_battery/smart_battery_component.h"
 #include "smart_battery/win_smart_battery_scanner.h"
@@ -39,36 +38,10 @@ TestResultCode OstrelleTemperatureTest::runTemperatureCheck(ExecutionContext *co
 }
 
 TestResultCode OstrelleTemperatureTest::execute(ExecutionContext *context) {
-    SmartBatteryComponent *component =
-        context != nullptr ? dynamic_cast<SmartBatteryComponent *>(context->getTargetComponent())
-                           : nullptr;
-    ChargeReport chargeReport(context, component);
-    if (!isContextUsable(context)) return ResultInvalid;
-    if (!prepare(context->getTargetComponent())) {
-        quick_test::report(*context, keys::DEVICE_COMMUNICATION_FAILURE);
-        return ResultNotApplicable;
-    }
-    UserChannel &channel = *context->getUserChannel();
-    channel.updateProgress(0, "");
-    if (isDisruptiveEvent(quick_test::currentEvents(*context))) {
-        return quick_test::abortForSystemEvent(*context);
-    }
-    if (context->isStopRequested()) return ResultAborted;
-
-    const TestResultCode result = runTemperatureCheck(context);
-    if (result != ResultSuccess && result != ResultFailed &&
-        isDisruptiveEvent(quick_test::currentEvents(*context))) {
-        return quick_test::abortForSystemEvent(*context);
-    }
-    channel.updateProgress(100, "");
-    TestResultCode verdict = result;
-    if (result == ResultWarning) {
-        // The finding goes to the log only; the user channel says nothing.
-        context->getResultLog()->addEntry(keys::TEMPERATURE_ABOVE_LIMIT, 1, 0);
-    } else if (result == ResultNotApplicable) {
-        quick_test::report(*context, keys::DEVICE_COMMUNICATION_FAILURE);
-        verdict = ResultAborted;
-    }
-    if (context->isStopRequested()) return ResultAborted;
-    return verdict;
+    return runSmartQuickTest(
+        *this, context, [this](ExecutionContext *run) { return runTemperatureCheck(run); },
+        [](ExecutionContext &run, TestResultCode) {
+            // The finding goes to the log only; the user channel says nothing.
+            run.getResultLog()->addEntry(keys::TEMPERATURE_ABOVE_LIMIT, 1, 0);
+        });
 }
