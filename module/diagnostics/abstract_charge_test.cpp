@@ -262,3 +262,20 @@ void AbstractChargeTest::restoreDisplayBrightness() {
     if (!brightnessSaved || powerManager == nullptr) return;
     powerManager->setBrightness(static_cast<uint8_t>(savedBrightness));
 }
+
+TestResultCode AbstractChargeTest::refuseStart(ExecutionContext *context, const char *refusal,
+                                               int32_t threshold, const char *advice) {
+    const std::string text = std::string(refusal) + " " + std::to_string(threshold) + "%";
+    note(context, text, 0);
+    note(context, advice, 0);
+    tell(context, 100, text);
+    return ResultAborted;
+}
+
+TestResultCode AbstractChargeTest::judgeChange(ExecutionContext *context, double change) {
+    constexpr double kLeastChange = 0.5;
+    if (change > kLeastChange) return ResultSuccess;
+    note(context, failureMessage, 2);
+    tell(context, 100, failureMessage);
+    return ResultFailed;
+}

@@ -73,6 +73,13 @@ protected:
     static void note(ExecutionContext *context, const std::string &text, uint32_t level);
     // Log and progress at 100 with the internal-error key; always ResultAborted.
     static TestResultCode internalError(ExecutionContext *context);
+    // The refusal to start at a charge beyond the threshold: the refusal
+    // and the advice to the log, the refusal to the channel.
+    static TestResultCode refuseStart(ExecutionContext *context, const char *refusal,
+                                      int32_t threshold, const char *advice);
+    // The verdict on a change of charge in the direction the test wants:
+    // more than half a point passes.
+    TestResultCode judgeChange(ExecutionContext *context, double change);
 
     std::string nameKey;
     std::string acAbortMessage;

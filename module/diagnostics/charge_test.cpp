@@ -6,13 +6,6 @@
 #include "generic_battery/generic_battery_component.h"
 #include "platform/power_manager.h"
 
-namespace {
-
-// The rise that counts as charging.
-constexpr double kLeastChange = 0.5;
-
-} // namespace
-
 ChargeTest::ChargeTest(const EntityId &id) : AbstractChargeTest(id) {
     nameKey = keys::BATTERY_CHARGE_TEST;
     acAbortMessage = keys::ABORTED_AC_UNPLUGGED;
@@ -26,24 +19,15 @@ TestResultCode ChargeTest::checkChargeLevel(ExecutionContext *context,
     double percent = 0.0;
     if (component->getChargePercent(percent) != 0) return internalError(context);
     if (percent > static_cast<double>(maximumChargePercent)) {
-        const std::string text = std::string(keys::CHARGE_ABOVE_THRESHOLD) + " " +
-                                 std::to_string(shownMaximumChargePercent) + "%";
-        note(context, text, 0);
-        note(context, keys::PLEASE_DISCHARGE, 0);
-        tell(context, 100, text);
-        return ResultAborted;
+        return refuseStart(context, keys::CHARGE_ABOVE_THRESHOLD, shownMaximumChargePercent,
+                           keys::PLEASE_DISCHARGE);
     }
     return ResultSuccess;
 }
 
 TestResultCode ChargeTest::judgeChargeChange(ExecutionContext *context, double initialPercent,
                                              double finalPercent) {
-    if (finalPercent - initialPercent <= kLeastChange) {
-        note(context, failureMessage, 2);
-        tell(context, 100, failureMessage);
-        return ResultFailed;
-    }
-    return ResultSuccess;
+    return judgeChange(context, finalPercent - initialPercent);
 }
 
 TestResultCode ChargeTest::saveBrightness(ExecutionContext *) {

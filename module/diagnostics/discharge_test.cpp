@@ -13,8 +13,6 @@ namespace {
 // A battery this full may be held above it by the operating system's
 // charging policy; the host can ask the test to wait until it falls.
 constexpr double kHoldAbovePercent = 93.0;
-// The fall that counts as discharging.
-constexpr double kLeastChange = 0.5;
 // The factor of the wave as it has always been computed; a longer pi would
 // move some levels by one.
 constexpr double kWavePi = 3.14159265359;
@@ -40,24 +38,15 @@ TestResultCode DischargeTest::checkChargeLevel(ExecutionContext *context,
     double percent = 0.0;
     if (component->getChargePercent(percent) != 0) return internalError(context);
     if (static_cast<double>(minimumChargePercent) > percent) {
-        const std::string text = std::string(keys::CHARGE_BELOW_THRESHOLD) + " " +
-                                 std::to_string(minimumChargePercent) + "%";
-        note(context, text, 0);
-        note(context, keys::PLEASE_RECHARGE, 0);
-        tell(context, 100, text);
-        return ResultAborted;
+        return refuseStart(context, keys::CHARGE_BELOW_THRESHOLD, minimumChargePercent,
+                           keys::PLEASE_RECHARGE);
     }
     return ResultSuccess;
 }
 
 TestResultCode DischargeTest::judgeChargeChange(ExecutionContext *context, double initialPercent,
                                                 double finalPercent) {
-    if (initialPercent - finalPercent <= kLeastChange) {
-        note(context, failureMessage, 2);
-        tell(context, 100, failureMessage);
-        return ResultFailed;
-    }
-    return ResultSuccess;
+    return judgeChange(context, initialPercent - finalPercent);
 }
 
 TestResultCode DischargeTest::saveBrightness(ExecutionContext *) {
