@@ -50,8 +50,7 @@ void HostRun::requestInput(const InputRequest &request) {
     const bool plug = asksToPlug(request.message);
     bool act = true;
     if (answer_ == PromptAnswer::Ask) {
-        std::fprintf(stderr, "  Press Enter once done (or type n and Enter to leave it): ");
-        std::fflush(stderr);
+        view_.ask("Press Enter once done (or type n and Enter to leave it): ");
         std::string line;
         if (std::getline(std::cin, line)) {
             act = line.empty() || (line[0] != 'n' && line[0] != 'N');

@@ -150,6 +150,13 @@ void RunView::prompt(const std::string &title, const std::string &message) {
     say("  " + text(title) + ": " + text(message), kYellow);
 }
 
+void RunView::ask(const std::string &question) {
+    clearBar();
+    std::fflush(stdout);
+    std::fprintf(stderr, "  %s", question.c_str());
+    std::fflush(stderr);
+}
+
 void RunView::answered(const std::string &what) {
     say("  (" + what + ")");
 }

@@ -22,6 +22,8 @@ public:
     void notice(const std::string &key);
     void prompt(const std::string &title, const std::string &message);
     void answered(const std::string &what);
+    // A question on its own line, the answer to be typed behind it.
+    void ask(const std::string &question);
     void end(TestResultCode result);
 
     // Text for a line the host writes itself.
