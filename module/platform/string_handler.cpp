@@ -3,9 +3,10 @@
 #include "platform/win_string_handler_imp.h"
 
 StringHandler *StringHandler::instance() {
-    // Deliberately never destroyed: callers may use it during unload.
-    static StringHandler *const handler = new WinStringHandlerImp();
-    return handler;
+    // An object in static storage rather than an allocation: it has no
+    // state, and unloading the library must leave nothing behind.
+    static WinStringHandlerImp handler;
+    return &handler;
 }
 
 StringHandler::~StringHandler() = default;
