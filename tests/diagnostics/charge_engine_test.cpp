@@ -23,16 +23,33 @@ struct Road {
     const char *name;
     bool charging;       // the charge test, else the discharge test
     std::string machine; // JSON fields of the notebook, or a built-in scenario's name
+    TestResultCode result;
+    Keys logged;
+    bool machineChanged; // the measurement ran: scheme back, display at the AC level
     Target target = Target::Generic;
     Prompt prompt = Prompt::Obeyed;
     bool inputRecognized = true;
-    std::vector<TestParameter> parameters;
+    std::vector<TestParameter> parameters = {};
     uint32_t exactFailsFrom = 0; // with Target::Exact: the failing charge read
     bool exactAcFails = false;
-    TestResultCode result;
-    Keys logged;
-    bool machineChanged;           // the measurement ran: scheme back, display at the AC level
     std::string progressText = ""; // must be among the progress texts
+
+    Road on(Target t) const {
+        Road r = *this;
+        r.target = t;
+        return r;
+    }
+    Road exact(uint32_t failsFrom, bool acFails = false) const {
+        Road r = on(Target::Exact);
+        r.exactFailsFrom = failsFrom;
+        r.exactAcFails = acFails;
+        return r;
+    }
+    Road ignored() const {
+        Road r = *this;
+        r.prompt = Prompt::Ignored;
+        return r;
+    }
 };
 
 std::string genericMachine(const std::string &extra, double charge = 76) {
@@ -64,85 +81,68 @@ std::string at(uint64_t ms, const std::string &event, const std::string &more = 
 }
 
 // clang-format off
+const bool kCharge = true, kDischarge = false;
 const Road kRoads[] = {
-    // name, charging, machine, target, prompt, input recognized, parameters,
-    // failing charge read, AC read fails, result, log, machine changed[, progress text]
-    {"NormalEndOfTheDischargeTest", false, genericMachine(""), Target::Generic, Prompt::Obeyed,
-     true, {}, 0, false, ResultSuccess, kMeasured, true},
-    {"NormalEndOfTheChargeTest", true, genericMachine(kAcOn), Target::Generic, Prompt::Obeyed,
-     true, {}, 0, false, ResultSuccess, kMeasured, true},
-    {"NormalEndOnASmartBattery", false, "default", Target::Smart, Prompt::Obeyed, true, {}, 0,
-     false, ResultSuccess, kMeasured, true},
-    {"PromptObeyedThenNormalEnd", false, genericMachine(kAcOn), Target::Generic, Prompt::Obeyed,
-     true, {}, 0, false, ResultSuccess, kMeasured, true},
-    {"NormalEndAcrossTheTickWrap", false, genericMachine(R"(, "startTick": 4294867295)"),
-     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultSuccess, kMeasured, true},
-    {"HarmlessEventAtTheStart", false, genericMachine(at(0, "system-event", R"(, "bits": 4)")),
-     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultSuccess, kMeasured, true},
-    {"BatteryThatDoesNotDischarge", false, "non-discharging", Target::Smart, Prompt::Obeyed, true,
-     {}, 0, false, ResultFailed, then({{keys::NOT_DISCHARGING_PROPERLY, 2}}, kMeasured), true},
-    {"BatteryThatDoesNotCharge", true, "non-charging", Target::Smart, Prompt::Obeyed, true, {}, 0,
-     false, ResultFailed, then({{keys::NOT_CHARGING_PROPERLY, 2}}, kMeasured), true},
+    {"NormalEndOfTheDischargeTest", kDischarge, genericMachine(""), ResultSuccess, kMeasured, true},
+    {"NormalEndOfTheChargeTest", kCharge, genericMachine(kAcOn), ResultSuccess, kMeasured, true},
+    Road{"NormalEndOnASmartBattery", kDischarge, "default", ResultSuccess, kMeasured, true}.on(Target::Smart),
+    {"PromptObeyedThenNormalEnd", kDischarge, genericMachine(kAcOn), ResultSuccess, kMeasured, true},
+    {"NormalEndAcrossTheTickWrap", kDischarge, genericMachine(R"(, "startTick": 4294867295)"),
+     ResultSuccess, kMeasured, true},
+    {"HarmlessEventAtTheStart", kDischarge, genericMachine(at(0, "system-event", R"(, "bits": 4)")),
+     ResultSuccess, kMeasured, true},
+    Road{"BatteryThatDoesNotDischarge", kDischarge, "non-discharging", ResultFailed,
+     then({{keys::NOT_DISCHARGING_PROPERLY, 2}}, kMeasured), true}.on(Target::Smart),
+    Road{"BatteryThatDoesNotCharge", kCharge, "non-charging", ResultFailed,
+     then({{keys::NOT_CHARGING_PROPERLY, 2}}, kMeasured), true}.on(Target::Smart),
 
-    {"StopRequestAtTheStart", false, genericMachine(at(0, "stop-request")), Target::Generic,
-     Prompt::Obeyed, true, {}, 0, false, ResultAborted, kTotal, false},
-    {"SystemEventAtTheStart", false, genericMachine(at(0, "system-event", R"(, "bits": 256)")),
-     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultAborted,
-     then({{keys::ABORTED_SYSTEM_EVENT, 0}}, kTotal), false},
-    {"StopRequestDuringTheLoop", false, genericMachine(at(60000, "stop-request")),
-     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultAborted, kMeasured, true},
-    {"SystemEventDuringTheLoop", true,
-     genericMachine(kAcOn + at(60000, "system-event", R"(, "bits": 1)")), Target::Generic,
-     Prompt::Obeyed, true, {}, 0, false, ResultAborted,
-     then({{keys::ABORTED_SYSTEM_EVENT, 0}}, kMeasured), true},
-    {"AcStillPluggedAfterThePrompt", false, genericMachine(kAcOn), Target::Generic,
-     Prompt::Ignored, true, {}, 0, false, ResultAborted,
-     then({{keys::ABORTED_AC_PLUGGED, 0}}, kTotal), false},
-    {"AcStillUnpluggedAfterThePrompt", true, genericMachine(""), Target::Generic, Prompt::Ignored,
-     true, {}, 0, false, ResultAborted, then({{keys::ABORTED_AC_UNPLUGGED, 0}}, kTotal), false},
-    {"AcPluggedDuringTheLoop", false, genericMachine(at(60000, "ac-plug")), Target::Generic,
-     Prompt::Obeyed, true, {}, 0, false, ResultAborted,
+    {"StopRequestAtTheStart", kDischarge, genericMachine(at(0, "stop-request")), ResultAborted,
+     kTotal, false},
+    {"SystemEventAtTheStart", kDischarge, genericMachine(at(0, "system-event", R"(, "bits": 256)")),
+     ResultAborted, then({{keys::ABORTED_SYSTEM_EVENT, 0}}, kTotal), false},
+    {"StopRequestDuringTheLoop", kDischarge, genericMachine(at(60000, "stop-request")),
+     ResultAborted, kMeasured, true},
+    {"SystemEventDuringTheLoop", kCharge, genericMachine(kAcOn + at(60000, "system-event",
+     R"(, "bits": 1)")), ResultAborted, then({{keys::ABORTED_SYSTEM_EVENT, 0}}, kMeasured), true},
+    Road{"AcStillPluggedAfterThePrompt", kDischarge, genericMachine(kAcOn), ResultAborted,
+     then({{keys::ABORTED_AC_PLUGGED, 0}}, kTotal), false}.ignored(),
+    Road{"AcStillUnpluggedAfterThePrompt", kCharge, genericMachine(""), ResultAborted,
+     then({{keys::ABORTED_AC_UNPLUGGED, 0}}, kTotal), false}.ignored(),
+    {"AcPluggedDuringTheLoop", kDischarge, genericMachine(at(60000, "ac-plug")), ResultAborted,
      then({{keys::ABORTED_AC_PLUGGED, 0}}, kMeasured), true},
-    {"AcUnpluggedDuringTheLoop", true, "extended-ac-unplugged-midway", Target::Smart,
-     Prompt::Obeyed, true, {}, 0, false, ResultAborted,
-     then({{keys::ABORTED_AC_UNPLUGGED, 0}}, kMeasured), true},
+    Road{"AcUnpluggedDuringTheLoop", kCharge, "extended-ac-unplugged-midway", ResultAborted,
+     then({{keys::ABORTED_AC_UNPLUGGED, 0}}, kMeasured), true}.on(Target::Smart),
     // The operating system knows no battery afterwards, so the report is silent.
-    {"BatteryRemovedDuringTheLoop", false, genericMachine(at(60000, "battery-remove")),
-     Target::Generic, Prompt::Obeyed, true, {}, 0, false, ResultAborted,
-     {{keys::DEVICE_COMMUNICATION_FAILURE, 1}}, true},
-    {"AcStateUnreadable", false, genericMachine(""), Target::Exact, Prompt::Obeyed, true, {}, 0,
-     true, ResultAborted, then({{keys::INTERNAL_ERROR, 0}}, kTotal), false},
-    {"ChargeUnreadableAtTheThreshold", false, genericMachine(""), Target::Exact, Prompt::Obeyed,
-     true, {}, 2, false, ResultAborted, then({{keys::INTERNAL_ERROR, 0}}, kTotal), false},
-    {"ChargeUnreadableAtTheFirstReading", false, genericMachine(""), Target::Exact,
-     Prompt::Obeyed, true, {}, 3, false, ResultAborted,
-     then({{keys::INTERNAL_ERROR, 0}}, kTotal), false},
+    {"BatteryRemovedDuringTheLoop", kDischarge, genericMachine(at(60000, "battery-remove")),
+     ResultAborted, {{keys::DEVICE_COMMUNICATION_FAILURE, 1}}, true},
+    Road{"AcStateUnreadable", kDischarge, genericMachine(""), ResultAborted,
+     then({{keys::INTERNAL_ERROR, 0}}, kTotal), false}.exact(0, true),
+    Road{"ChargeUnreadableAtTheThreshold", kDischarge, genericMachine(""), ResultAborted,
+     then({{keys::INTERNAL_ERROR, 0}}, kTotal), false}.exact(2),
+    Road{"ChargeUnreadableAtTheFirstReading", kDischarge, genericMachine(""), ResultAborted,
+     then({{keys::INTERNAL_ERROR, 0}}, kTotal), false}.exact(3),
     // From the fourth read on: the duration ends the run, the last reading fails.
-    {"ChargeUnreadableAtTheLastReading", false, genericMachine(""), Target::Exact,
-     Prompt::Obeyed, true, {}, 4, false, ResultAborted,
-     then({{keys::INTERNAL_ERROR, 0}}, kMeasured), true},
+    Road{"ChargeUnreadableAtTheLastReading", kDischarge, genericMachine(""), ResultAborted,
+     then({{keys::INTERNAL_ERROR, 0}}, kMeasured), true}.exact(4),
 
-    {"ChargeBelowTheThreshold", false, genericMachine("", 19), Target::Generic, Prompt::Obeyed,
-     true, {}, 0, false, ResultAborted,
+    {"ChargeBelowTheThreshold", kDischarge, genericMachine("", 19), ResultAborted,
      then({{std::string(keys::CHARGE_BELOW_THRESHOLD) + " 20%", 0}, {keys::PLEASE_RECHARGE, 0}},
           kTotal), false},
-    {"ChargeAboveTheThreshold", true, genericMachine(kAcOn, 95), Target::Generic, Prompt::Obeyed,
-     true, {}, 0, false, ResultAborted,
+    {"ChargeAboveTheThreshold", kCharge, genericMachine(kAcOn, 95), ResultAborted,
      then({{std::string(keys::CHARGE_ABOVE_THRESHOLD) + " 93%", 0}, {keys::PLEASE_DISCHARGE, 0}},
           kTotal), false},
-    {"ParameterRefusal", false, genericMachine(""), Target::Generic, Prompt::Obeyed, true,
-     {parameter("DURATION", "4"), parameter("COLOUR", "red")}, 0, false, ResultAborted, kTotal,
-     false, "COLOUR: INVALID_DURATION_PARAMETER; |DURATION: USE_A_NUMERICAL_VALUE_BETWEEN_5_AND_20"},
-    {"InputChannelNotRecognized", false, genericMachine(""), Target::Generic, Prompt::Obeyed,
-     false, {}, 0, false, ResultNotApplicable,
-     then(kTotal, {{keys::INPUT_TYPE_NOT_RECOGNIZED, 0}}), false},
-    {"NoBatteryComponent", false, genericMachine(""), Target::None, Prompt::Obeyed, true, {}, 0,
-     false, ResultNotApplicable, then({{keys::DEVICE_NOT_IDENTIFIED, 0}}, kTotal), false},
-    {"TwoSmartBatteries", false, "two-batteries", Target::Smart, Prompt::Obeyed, true, {}, 0,
-     false, ResultNotApplicable, then({{keys::DEVICE_COMMUNICATION_FAILURE, 0}}, kTotal), false},
-    {"ChargeUnreadableAtPrepare", false,
-     genericMachine(R"(, "power": {"batteryLifePercent": 255})"), Target::Exact, Prompt::Obeyed,
-     true, {}, 1, false, ResultNotApplicable, {{keys::CHARGE_NOT_CALCULATED, 0}}, false},
+    {"ParameterRefusal", kDischarge, genericMachine(""), ResultAborted, kTotal, false,
+     Target::Generic, Prompt::Obeyed, true, {parameter("DURATION", "4"), parameter("COLOUR", "red")},
+     0, false, "COLOUR: INVALID_DURATION_PARAMETER; |DURATION: USE_A_NUMERICAL_VALUE_BETWEEN_5_AND_20"},
+    {"InputChannelNotRecognized", kDischarge, genericMachine(""), ResultNotApplicable,
+     then(kTotal, {{keys::INPUT_TYPE_NOT_RECOGNIZED, 0}}), false, Target::Generic, Prompt::Obeyed,
+     false},
+    Road{"NoBatteryComponent", kDischarge, genericMachine(""), ResultNotApplicable,
+     then({{keys::DEVICE_NOT_IDENTIFIED, 0}}, kTotal), false}.on(Target::None),
+    Road{"TwoSmartBatteries", kDischarge, "two-batteries", ResultNotApplicable,
+     then({{keys::DEVICE_COMMUNICATION_FAILURE, 0}}, kTotal), false}.on(Target::Smart),
+    Road{"ChargeUnreadableAtPrepare", kDischarge, genericMachine(R"(, "power": {"batteryLifePercent": 255})"),
+     ResultNotApplicable, {{keys::CHARGE_NOT_CALCULATED, 0}}, false}.exact(1),
 };
 // clang-format on
 
@@ -242,7 +242,6 @@ TEST(ChargeEngine, AUsersOwnSchemeComesBackAsBalancedAndAKnownOneAsItWas) {
         HostBattery battery;
         TimelineHost host;
         host.target = battery.genericComponent();
-        host.stop = false;
         DischargeTest test({12, 2, 2});
         test.execute(&host);
         EXPECT_EQ(emulator::Notebook::instance().power().scheme, expected) << given;
@@ -306,8 +305,6 @@ TEST(ChargeEngine, PromptIsOneRequestOfKindTwoTitledWithTheTestName) {
     EXPECT_EQ(requests[0].title, keys::BATTERY_DISCHARGE_TEST);
     EXPECT_EQ(requests[0].message, keys::PLEASE_UNPLUG_AC);
     EXPECT_EQ(requests[0].kind, 2u);
-    EXPECT_EQ(requests[0].secondNumber, 0u);
-    EXPECT_EQ(requests[0].lastNumber, 0u);
     EXPECT_TRUE(requests[0].options.empty());
 }
 

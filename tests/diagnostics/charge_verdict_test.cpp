@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <memory>
 
 #include "diagnostics/charge_fixture.h"
 #include "diagnostics/charge_test.h"
@@ -20,51 +18,27 @@ struct Verdict {
     double initialPercent;
     double finalPercent;
     TestResultCode result;
-    std::vector<RecordingHost::Event> logged; // before the report's lines
+    std::vector<RecordingHost::Event> logged; // without the report's lines
 };
 
+using Events = std::vector<RecordingHost::Event>;
+const Events kNotDischarging = {entry(keys::NOT_DISCHARGING_PROPERLY, 2)};
+const Events kNotCharging = {entry(keys::NOT_CHARGING_PROPERLY, 2)};
+const Events kBelow = {entry(std::string(keys::CHARGE_BELOW_THRESHOLD) + " 20%", 0),
+                       entry(keys::PLEASE_RECHARGE, 0)};
+const Events kAbove = {entry(std::string(keys::CHARGE_ABOVE_THRESHOLD) + " 93%", 0),
+                       entry(keys::PLEASE_DISCHARGE, 0)};
+
 const Verdict kVerdicts[] = {
-    {"FallOfExactlyHalfAPointFails",
-     false,
-     60.0,
-     59.5,
-     ResultFailed,
-     {entry(keys::NOT_DISCHARGING_PROPERLY, 2)}},
+    {"FallOfExactlyHalfAPointFails", false, 60.0, 59.5, ResultFailed, kNotDischarging},
     {"FallOfMoreThanHalfAPointPasses", false, 60.0, 59.49, ResultSuccess, {}},
-    {"RisingChargeFailsTheDischargeTest",
-     false,
-     60.0,
-     61.0,
-     ResultFailed,
-     {entry(keys::NOT_DISCHARGING_PROPERLY, 2)}},
-    {"RiseOfExactlyHalfAPointFails",
-     true,
-     60.0,
-     60.5,
-     ResultFailed,
-     {entry(keys::NOT_CHARGING_PROPERLY, 2)}},
+    {"RisingChargeFailsTheDischargeTest", false, 60.0, 61.0, ResultFailed, kNotDischarging},
+    {"RiseOfExactlyHalfAPointFails", true, 60.0, 60.5, ResultFailed, kNotCharging},
     {"RiseOfMoreThanHalfAPointPasses", true, 60.0, 60.51, ResultSuccess, {}},
-    {"FallingChargeFailsTheChargeTest",
-     true,
-     60.0,
-     59.0,
-     ResultFailed,
-     {entry(keys::NOT_CHARGING_PROPERLY, 2)}},
-    {"ChargeJustBelowTwentyIsRefused",
-     false,
-     19.99,
-     10.0,
-     ResultAborted,
-     {entry(std::string(keys::CHARGE_BELOW_THRESHOLD) + " 20%", 0),
-      entry(keys::PLEASE_RECHARGE, 0)}},
+    {"FallingChargeFailsTheChargeTest", true, 60.0, 59.0, ResultFailed, kNotCharging},
+    {"ChargeJustBelowTwentyIsRefused", false, 19.99, 10.0, ResultAborted, kBelow},
     {"ChargeOfTwentyStarts", false, 20.0, 19.0, ResultSuccess, {}},
-    {"ChargeJustAboveNinetyThreeIsRefused",
-     true,
-     93.01,
-     95.0,
-     ResultAborted,
-     {entry(std::string(keys::CHARGE_ABOVE_THRESHOLD) + " 93%", 0),
-      entry(keys::PLEASE_DISCHARGE, 0)}},
+    {"ChargeJustAboveNinetyThreeIsRefused", true, 93.01, 95.0, ResultAborted, kAbove},
     {"ChargeOfNinetyThreeStarts", true, 93.0, 94.0, ResultSuccess, {}},
 };
 
@@ -78,26 +52,23 @@ TEST_P(ChargeVerdicts, AtTheEdges) {
     battery.finalPercent = verdict.finalPercent;
     TimelineHost host;
     host.target = &battery;
-    std::unique_ptr<AbstractChargeTest> test;
-    if (verdict.charging)
-        test = std::make_unique<ChargeTest>(EntityId(12, 2, 3));
-    else
-        test = std::make_unique<DischargeTest>(EntityId(12, 2, 2));
-    EXPECT_EQ(test->execute(&host), verdict.result);
+    ChargeTest charge({12, 2, 3});
+    DischargeTest discharge({12, 2, 2});
+    AbstractChargeTest &test =
+        verdict.charging ? static_cast<AbstractChargeTest &>(charge) : discharge;
+    EXPECT_EQ(test.execute(&host), verdict.result);
 
     // The test's own entries and last text, without the report's lines.
-    const auto own = [](std::vector<RecordingHost::Event> events) {
-        events.erase(std::remove_if(events.begin(), events.end(),
-                                    [](const RecordingHost::Event &event) {
-                                        return event.text.find("_BATTERY_CHARGE: ") !=
-                                               std::string::npos;
-                                    }),
-                     events.end());
-        return events;
+    const auto own = [](Events events) {
+        Events kept;
+        for (const auto &event : events) {
+            if (event.text.find("_BATTERY_CHARGE: ") == std::string::npos) kept.push_back(event);
+        }
+        return kept;
     };
     EXPECT_EQ(own(host.entries()), verdict.logged);
-    const RecordingHost::Event last = own(host.progress()).back();
-    EXPECT_EQ(last, progress(100, verdict.logged.empty() ? "" : verdict.logged[0].text));
+    EXPECT_EQ(own(host.progress()).back(),
+              progress(100, verdict.logged.empty() ? "" : verdict.logged[0].text));
 }
 
 INSTANTIATE_TEST_SUITE_P(, ChargeVerdicts, testing::ValuesIn(kVerdicts),

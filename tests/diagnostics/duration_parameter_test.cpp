@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "diagnostics/charge_test.h"
 #include "diagnostics/discharge_test.h"
 #include "frame/keys.h"
@@ -74,16 +76,11 @@ TEST(DurationParameter, TheDefinitionAsTheHostSeesIt) {
     const std::vector<TestParameter> definitions =
         test.getParameterDefinitions(nullptr, nullptr, 0);
     ASSERT_EQ(definitions.size(), 1u);
-    const TestParameter &definition = definitions[0];
-    EXPECT_EQ(definition.key, "DURATION");
-    EXPECT_EQ(definition.displayName, "DURATION_(MINUTES)");
-    EXPECT_EQ(definition.description, "DEFINES_THE_TEST_DURATION_IN_MINUTES.");
-    EXPECT_EQ(definition.defaultValue, "10");
-    EXPECT_EQ(definition.value, "10");
-    EXPECT_EQ(definition.type, 2u);
-    EXPECT_EQ(definition.range, "[5:20]");
-    EXPECT_EQ(definition.firstFlag, 0u);
-    EXPECT_EQ(definition.lastNumber, 0u);
+    const TestParameter &d = definitions[0];
+    EXPECT_EQ(std::tie(d.key, d.displayName, d.description, d.defaultValue, d.value, d.range),
+              std::make_tuple("DURATION", "DURATION_(MINUTES)",
+                              "DEFINES_THE_TEST_DURATION_IN_MINUTES.", "10", "10", "[5:20]"));
+    EXPECT_EQ(std::tie(d.type, d.firstFlag, d.lastNumber), std::make_tuple(2u, 0u, 0u));
     EXPECT_EQ(test.getDurationSeconds(), 600.0);
 }
 

@@ -97,146 +97,116 @@ INSTANTIATE_TEST_SUITE_P(
         CurveRow{"no full-charge capacity", 10000, 0, 10, 250, ResultNotApplicable},
         CurveRow{"no design capacity", 0, 5000, 10, 250, ResultNotApplicable}));
 
+namespace {
+const char *kLow = keys::LOWER_THAN_EXPECTED_CAPACITY;
+const char *kEvent = keys::ABORTED_SYSTEM_EVENT;
+const char *kGone = keys::DEVICE_COMMUNICATION_FAILURE;
+
+// What a run tells the host: the start, `middle`, then the charge line.
+Events told(Events middle) {
+    Events all = {progress(0, "")};
+    all.insert(all.end(), middle.begin(), middle.end());
+    all.push_back(kCharge);
+    all.push_back(kChargeProgress);
+    return all;
+}
+// A judged run: the end of the evaluation, a verdict key at `level`.
+Events judged(const char *key = nullptr, uint32_t level = 0) {
+    Events middle = {progress(100, "")};
+    if (key != nullptr) middle.insert(middle.end(), {progress(100, key), entry(key, level)});
+    return told(middle);
+}
+Events withHint(Events events) {
+    events.insert(events.end(), {entry(HINT_BATTERY(), 0), progress(100, HINT_BATTERY())});
+    return events;
+}
+} // namespace
+
 struct RunRow {
     const char *what;
-    std::string machine;
-    std::function<void(RecordingHost &)> arrange;
+    std::string battery;
+    uint32_t events; // the host's system events
+    bool stop;
     TestResultCode expected;
-    Events events;
+    Events told;
 };
 
 class SmartHealthRun : public ::testing::TestWithParam<RunRow> {};
 
 TEST_P(SmartHealthRun, TellsTheHostItsVerdictThenTheChargeThenTheHint) {
     const RunRow &row = GetParam();
-    useScenarioText(row.machine);
+    useScenarioText(smartMachine(row.battery));
     SmartBatteryComponent battery(true);
     TestWithDeviceHint<SmartBatteryHealthTest> test(HINT_BATTERY(), ID_SMART_HEALTH_TEST);
     RecordingHost host;
     host.target = &battery;
-    if (row.arrange) row.arrange(host);
+    host.events = row.events;
+    host.stop = row.stop;
     EXPECT_EQ(test.execute(&host), row.expected) << row.what;
-    EXPECT_EQ(host.record, row.events) << row.what;
+    EXPECT_EQ(host.record, row.told) << row.what;
 }
 
 namespace {
-const std::string kHealthy = smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 9000)");
+const std::string kHealthy = R"("designCapacity": 10000, "fullChargeCapacity": 9000)";
 const std::string kWorn =
-    smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 100)");
-const std::string kAged =
-    smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 300)");
-const char *kLow = keys::LOWER_THAN_EXPECTED_CAPACITY;
-const char *kEvent = keys::ABORTED_SYSTEM_EVENT;
-const char *kGone = keys::DEVICE_COMMUNICATION_FAILURE;
+    R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 100)";
+const std::string kEmpty = R"("designCapacity": 10000, "fullChargeCapacity": 0)";
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(
     Table, SmartHealthRun,
     ::testing::Values(
-        RunRow{"healthy",
-               kHealthy,
-               nullptr,
-               ResultSuccess,
-               {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}},
-        RunRow{"worn: the hint follows the charge",
-               kWorn,
-               nullptr,
-               ResultFailed,
-               {progress(0, ""), progress(100, ""), progress(100, kLow), entry(kLow, 2), kCharge,
-                kChargeProgress, entry(HINT_BATTERY(), 0), progress(100, HINT_BATTERY())}},
+        RunRow{"healthy", kHealthy, 0, false, ResultSuccess, judged()},
+        RunRow{"worn: the hint follows the charge", kWorn, 0, false, ResultFailed,
+               withHint(judged(kLow, 2))},
         RunRow{"aged normally",
-               kAged,
-               nullptr,
-               ResultWarning,
-               {progress(0, ""), progress(100, ""), progress(100, keys::LOW_CAPACITY_NORMAL_USE),
-                entry(keys::LOW_CAPACITY_NORMAL_USE, 1), kCharge, kChargeProgress}},
-        RunRow{"stop requested at the start",
-               kHealthy,
-               [](RecordingHost &h) { h.stop = true; },
-               ResultAborted,
-               {progress(0, ""), kCharge, kChargeProgress}},
-        RunRow{
-            "a system event at the start",
-            kHealthy,
-            [](RecordingHost &h) { h.events = 0x80; },
-            ResultAborted,
-            {progress(0, ""), progress(100, kEvent), entry(kEvent, 0), kCharge, kChargeProgress}},
-        RunRow{"bits 0x04 and 0x100 spoil no quick test",
-               kWorn,
-               [](RecordingHost &h) { h.events = 0x104; },
-               ResultFailed,
-               {progress(0, ""), progress(100, ""), progress(100, kLow), entry(kLow, 2), kCharge,
-                kChargeProgress, entry(HINT_BATTERY(), 0), progress(100, HINT_BATTERY())}},
-        RunRow{"no capacity: the battery stopped answering",
-               smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 0)"),
-               nullptr,
-               ResultAborted,
-               {progress(0, ""), progress(100, ""), progress(100, kGone), entry(kGone, 0), kCharge,
-                kChargeProgress}},
-        RunRow{
-            "an event during a run that cannot judge",
-            smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 0)"),
-            [](RecordingHost &h) { h.events = 0x02; },
-            ResultAborted,
-            {progress(0, ""), progress(100, kEvent), entry(kEvent, 0), kCharge, kChargeProgress}}));
+               R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 300)", 0,
+               false, ResultWarning, judged(keys::LOW_CAPACITY_NORMAL_USE, 1)},
+        RunRow{"stop requested at the start", kHealthy, 0, true, ResultAborted, told({})},
+        RunRow{"a system event at the start", kHealthy, 0x80, false, ResultAborted,
+               told({progress(100, kEvent), entry(kEvent, 0)})},
+        RunRow{"bits 0x04 and 0x100 spoil no quick test", kWorn, 0x104, false, ResultFailed,
+               withHint(judged(kLow, 2))},
+        RunRow{"no capacity: the battery stopped answering", kEmpty, 0, false, ResultAborted,
+               judged(kGone, 0)},
+        RunRow{"an event during a run that cannot judge", kEmpty, 0x02, false, ResultAborted,
+               told({progress(100, kEvent), entry(kEvent, 0)})}));
 
-struct BadContextRow {
-    const char *what;
-    std::function<void(RecordingHost &, SystemComponent *)> arrange;
-    TestResultCode smart, temperature, generic;
-};
-
-class QuickTestsRefuse : public ::testing::TestWithParam<BadContextRow> {};
-
-TEST_P(QuickTestsRefuse, AnUnusableContextOrAForeignBattery) {
-    const BadContextRow &row = GetParam();
-    useScenarioText(smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 9000)"));
+TEST(QuickTests, RefuseAnUnusableContextAndAForeignBattery) {
+    useScenarioText(smartMachine(kHealthy));
     SmartBatteryComponent battery(true);
     ForeignComponent foreign;
     std::unique_ptr<::Test> tests[] = {
         std::make_unique<SmartBatteryHealthTest>(ID_SMART_HEALTH_TEST),
         std::make_unique<OstrelleTemperatureTest>(ID_TEMPERATURE_TEST),
         std::make_unique<BatteryHealthTest>(ID_HEALTH_TEST)};
-    const TestResultCode expected[] = {row.smart, row.temperature, row.generic};
-    for (size_t i = 0; i < 3; ++i) {
-        RecordingHost host;
-        host.target = &battery;
-        row.arrange(host, &foreign);
-        EXPECT_EQ(tests[i]->execute(&host), expected[i]) << row.what << ", test " << i;
-        if (expected[i] == ResultInvalid) {
+    const std::function<void(RecordingHost &)> spoil[] = {
+        [](RecordingHost &h) { h.nullLog = true; }, [](RecordingHost &h) { h.nullChannel = true; },
+        [](RecordingHost &h) { h.nullEvents = true; }, [](RecordingHost &h) { h.target = nullptr; },
+        [&foreign](RecordingHost &h) { h.target = &foreign; }};
+    for (size_t way = 0; way < 5; ++way) {
+        for (size_t i = 0; i < 3; ++i) {
+            RecordingHost host;
+            host.target = &battery;
+            spoil[way](host);
+            const bool foreignTarget = way == 4;
+            EXPECT_EQ(tests[i]->execute(&host), foreignTarget ? ResultNotApplicable : ResultInvalid)
+                << "way " << way << ", test " << i;
             for (const auto &event : host.record) {
-                EXPECT_EQ(event.text.rfind("TOTAL_BATTERY_CHARGE", 0), 0u)
-                    << "no message of its own";
+                if (!foreignTarget) {
+                    EXPECT_EQ(event.text.rfind("TOTAL_BATTERY_CHARGE", 0), 0u);
+                }
             }
         }
     }
     EXPECT_EQ(tests[0]->execute(nullptr), ResultInvalid);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, QuickTestsRefuse,
-    ::testing::Values(
-        BadContextRow{"no result log",
-                      [](RecordingHost &h, SystemComponent *) { h.nullLog = true; }, ResultInvalid,
-                      ResultInvalid, ResultInvalid},
-        BadContextRow{"no user channel",
-                      [](RecordingHost &h, SystemComponent *) { h.nullChannel = true; },
-                      ResultInvalid, ResultInvalid, ResultInvalid},
-        BadContextRow{"no system events",
-                      [](RecordingHost &h, SystemComponent *) { h.nullEvents = true; },
-                      ResultInvalid, ResultInvalid, ResultInvalid},
-        BadContextRow{"no target", [](RecordingHost &h, SystemComponent *) { h.target = nullptr; },
-                      ResultInvalid, ResultInvalid, ResultInvalid},
-        BadContextRow{"a component of another class",
-                      [](RecordingHost &h, SystemComponent *foreign) { h.target = foreign; },
-                      ResultNotApplicable, ResultNotApplicable, ResultNotApplicable}));
-
 struct TemperatureRow {
-    const char *what;
     double celsius;
     bool flag;
     TestResultCode expected;
-    Events events;
+    Events told;
 };
 
 class TemperatureVerdict : public ::testing::TestWithParam<TemperatureRow> {};
@@ -249,35 +219,20 @@ TEST_P(TemperatureVerdict, TheBatterysFlagDecidesOnceAReadingExists) {
     OstrelleTemperatureTest test(ID_TEMPERATURE_TEST);
     RecordingHost host;
     host.target = &battery;
-    EXPECT_EQ(test.execute(&host), row.expected) << row.what;
-    EXPECT_EQ(host.record, row.events) << row.what;
+    EXPECT_EQ(test.execute(&host), row.expected) << row.celsius;
+    EXPECT_EQ(host.record, row.told) << row.celsius;
 }
 
+// A cool battery with its flag set warns in the log only; no reading wins
+// over the flag; just above absolute zero is a reading.
 INSTANTIATE_TEST_SUITE_P(
     Table, TemperatureVerdict,
-    ::testing::Values(
-        TemperatureRow{"cool with the flag set: a warning in the log only",
-                       20.0,
-                       true,
-                       ResultWarning,
-                       {progress(0, ""), progress(100, ""), entry(keys::TEMPERATURE_ABOVE_LIMIT, 1),
-                        kCharge, kChargeProgress}},
-        TemperatureRow{"95 degrees with the flag clear",
-                       95.0,
-                       false,
-                       ResultSuccess,
-                       {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}},
-        TemperatureRow{"no reading wins over the flag",
-                       -273.15,
-                       true,
-                       ResultAborted,
-                       {progress(0, ""), progress(100, ""), progress(100, kGone), entry(kGone, 0),
-                        kCharge, kChargeProgress}},
-        TemperatureRow{"just above absolute zero is a reading",
-                       -272.8,
-                       false,
-                       ResultSuccess,
-                       {progress(0, ""), progress(100, ""), kCharge, kChargeProgress}}));
+    ::testing::Values(TemperatureRow{20.0, true, ResultWarning,
+                                     told({progress(100, ""),
+                                           entry(keys::TEMPERATURE_ABOVE_LIMIT, 1)})},
+                      TemperatureRow{95.0, false, ResultSuccess, judged()},
+                      TemperatureRow{-273.15, true, ResultAborted, judged(kGone, 0)},
+                      TemperatureRow{-272.8, false, ResultSuccess, judged()}));
 
 TEST(TemperatureTest, ReadsTheControllerAnewInEveryRun) {
     useScenarioText(smartMachine(R"("temperature_C": 30, "overTemperature": false)"));
@@ -288,29 +243,24 @@ TEST(TemperatureTest, ReadsTheControllerAnewInEveryRun) {
     ASSERT_EQ(test.execute(&host), ResultSuccess);
     // The battery heats up; the scan's record is stale but the run asks anew.
     useScenarioText(smartMachine(R"("temperature_C": 70, "overTemperature": true)"));
-    RecordingHost again;
-    again.target = &battery;
-    EXPECT_EQ(test.execute(&again), ResultWarning);
+    EXPECT_EQ(test.execute(&host), ResultWarning);
 }
 
 TEST(SmartQuickTests, ABatteryGoneBeforeTheRunIsNotApplicable) {
-    useScenarioText(smartMachine(R"("designCapacity": 10000, "fullChargeCapacity": 9000)"));
+    useScenarioText(smartMachine(kHealthy));
     SmartBatteryComponent battery(true);
-    emulator::Notebook::instance().install([] {
-        auto scenario = emulator::Notebook::instance().scenario();
-        scenario.batteries[0].present = false;
-        return scenario;
-    }());
-    for (::Test *test :
-         std::initializer_list<::Test *>{new SmartBatteryHealthTest(ID_SMART_HEALTH_TEST),
-                                         new OstrelleTemperatureTest(ID_TEMPERATURE_TEST)}) {
+    emulator::Scenario gone = emulator::Notebook::instance().scenario();
+    gone.batteries[0].present = false;
+    emulator::Notebook::instance().install(gone);
+    SmartBatteryHealthTest health(ID_SMART_HEALTH_TEST);
+    OstrelleTemperatureTest temperature(ID_TEMPERATURE_TEST);
+    for (::Test *test : {static_cast<::Test *>(&health), static_cast<::Test *>(&temperature)}) {
         RecordingHost host;
         host.target = &battery;
         EXPECT_EQ(test->execute(&host), ResultNotApplicable);
         ASSERT_GE(host.record.size(), 2u);
         EXPECT_EQ(host.record[0], progress(100, kGone));
         EXPECT_EQ(host.record[1], entry(kGone, 0));
-        delete test;
     }
 }
 
@@ -333,18 +283,12 @@ TEST_P(BatteryHealthVerdict, EveryBatteryMustHoldHalfItsDesignCapacity) {
     RecordingHost host;
     host.target = manager.getComponent(0);
     EXPECT_EQ(test.execute(&host), row.expected) << row.what;
-    Events expected = {progress(0, "")};
-    if (!row.ratioText.empty()) {
-        expected.push_back(progress(100, row.ratioText));
-        expected.push_back(entry(row.ratioText, 0));
-    }
-    expected.push_back(progress(100, ""));
-    if (row.expected == ResultFailed) {
-        expected.push_back(progress(100, kLow));
-        expected.push_back(entry(kLow, 2));
-    }
-    expected.push_back(kCharge);
-    expected.push_back(kChargeProgress);
+    Events middle;
+    if (!row.ratioText.empty()) middle = {progress(100, row.ratioText), entry(row.ratioText, 0)};
+    middle.push_back(progress(100, ""));
+    if (row.expected == ResultFailed)
+        middle.insert(middle.end(), {progress(100, kLow), entry(kLow, 2)});
+    const Events expected = told(middle);
     EXPECT_EQ(host.record, expected) << row.what;
 }
 

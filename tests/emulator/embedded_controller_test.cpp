@@ -132,69 +132,48 @@ TEST(EmbeddedController, EachCommandKeepsItBusyForTheScenariosPolls) {
 }
 
 struct FaultCase {
-    const char *what;
-    const char *controller;
-    // Statuses of: index write, data write, index write, data read of register 0.
-    std::vector<bool> succeeds;
+    const char *faults; // the controller's faults; null: no controller
+    // Success of: index write, data write, index write, data read of register 0.
+    const char *succeeds;
     bool idleAfterCommand;
 };
 
 void PrintTo(const FaultCase &row, std::ostream *out) {
-    *out << row.what;
+    *out << (row.faults ? row.faults : "absent");
 }
 
 class ControllerFault : public ::testing::TestWithParam<FaultCase> {};
 
 TEST_P(ControllerFault, ShowsAtThePorts) {
-    useScenarioText(std::string(R"({"name": "t", "controller": )") + GetParam().controller + "}");
+    const FaultCase &row = GetParam();
+    useScenarioText(
+        row.faults == nullptr ? R"({"name": "t"})" : std::string(R"({"name": "t", "controller":
+        {"present": true, "faults": {)") + row.faults + "}}}");
     uint8_t value = 0xEE;
-    std::vector<bool> succeeds;
-    succeeds.push_back(machine().portWrite(kIndex, 0x00) == 0);
-    succeeds.push_back(machine().portWrite(kData, 0x02) == 0);
-    succeeds.push_back(machine().portWrite(kIndex, 0x00) == 0);
-    succeeds.push_back(machine().portRead(kData, &value) == 0);
-    EXPECT_EQ(succeeds, GetParam().succeeds) << GetParam().what;
-    if (succeeds.back()) {
-        EXPECT_EQ(value == 0, GetParam().idleAfterCommand) << GetParam().what;
+    std::string succeeds;
+    succeeds += machine().portWrite(kIndex, 0x00) == 0 ? '1' : '0';
+    succeeds += machine().portWrite(kData, 0x02) == 0 ? '1' : '0';
+    succeeds += machine().portWrite(kIndex, 0x00) == 0 ? '1' : '0';
+    succeeds += machine().portRead(kData, &value) == 0 ? '1' : '0';
+    EXPECT_EQ(succeeds, row.succeeds);
+    if (succeeds.back() == '1') {
+        EXPECT_EQ(value == 0, row.idleAfterCommand);
     }
     EXPECT_EQ(machine().counters().portAccesses, 4u);
     EXPECT_EQ(machine().counters().portFailures,
-              static_cast<uint64_t>(std::count(succeeds.begin(), succeeds.end(), false)));
+              static_cast<uint64_t>(std::count(succeeds.begin(), succeeds.end(), '0')));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Table, ControllerFault,
-    ::testing::Values(
-        FaultCase{"healthy", R"({"present": true})", {true, true, true, true}, true},
-        FaultCase{"absent", R"({"present": false})", {false, false, false, false}, false},
-        FaultCase{"busy for ever",
-                  R"({"present": true, "faults": {"busyForever": true}})",
-                  {true, true, true, true},
-                  false},
-        FaultCase{"busy from the first command",
-                  R"({"present": true, "faults": {"busyFromCommand": 1}})",
-                  {true, true, true, true},
-                  false},
-        FaultCase{"busy from the second command",
-                  R"({"present": true, "faults": {"busyFromCommand": 2}})",
-                  {true, true, true, true},
-                  true},
-        FaultCase{"index port always fails",
-                  R"({"present": true, "faults": {"portFaults": [{"port": "index"}]}})",
-                  {false, true, false, true},
-                  true},
-        FaultCase{"second index access fails",
-                  R"({"present": true, "faults": {"portFaults": [{"port": "index", "nth": 2}]}})",
-                  {true, true, false, true},
-                  true},
-        FaultCase{"data port always fails",
-                  R"({"present": true, "faults": {"portFaults": [{"port": "data"}]}})",
-                  {true, false, true, false},
-                  false},
-        FaultCase{"second data access fails",
-                  R"({"present": true, "faults": {"portFaults": [{"port": "data", "nth": 2}]}})",
-                  {true, true, true, false},
-                  false}));
+    ::testing::Values(FaultCase{"", "1111", true}, FaultCase{nullptr, "0000", false},
+                      FaultCase{R"("busyForever": true)", "1111", false},
+                      FaultCase{R"("busyFromCommand": 1)", "1111", false},
+                      FaultCase{R"("busyFromCommand": 2)", "1111", true},
+                      FaultCase{R"("portFaults": [{"port": "index"}])", "0101", true},
+                      FaultCase{R"("portFaults": [{"port": "index", "nth": 2}])", "1101", true},
+                      FaultCase{R"("portFaults": [{"port": "data"}])", "1010", false},
+                      FaultCase{R"("portFaults": [{"port": "data", "nth": 2}])", "1110", false}));
 
 TEST(EmbeddedController, BusyFromTheNthCommandLastsForEver) {
     useScenarioText(

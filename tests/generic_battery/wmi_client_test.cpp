@@ -87,48 +87,55 @@ TEST(BuildSelect, RefusesMissingPartsBeforeTakingMemory) {
     EXPECT_EQ(statement, nullptr);
 }
 
-TEST(WmiClient, ReadsTheVoltageOfTheBatteryTheConditionNames) {
-    useScenarioText(machine("{}"));
+struct QueryCase {
+    const char *instrumentation;
+    const char *condition;
+    const char *className;
+    const WCHAR *space;
+    uint32_t code;
     WmiResults results;
-    EXPECT_EQ(queryVoltage("DeviceID = 'ID-B'", results), wmi_code::Success);
-    EXPECT_EQ(results, (WmiResults{{"DesignVoltage", "7600"}}));
-    expectComBalanced();
-    EXPECT_EQ(emulator::Notebook::instance().counters().wmiQueries, 1u);
-}
+};
 
-TEST(WmiClient, NoMatchingRowIsNoError) {
-    useScenarioText(machine("{}"));
-    WmiResults results;
-    EXPECT_EQ(queryVoltage("DeviceID = 'nobody'", results), wmi_code::Success);
-    EXPECT_TRUE(results.empty());
-    expectComBalanced();
-}
+class Query : public ::testing::TestWithParam<QueryCase> {};
 
-TEST(WmiClient, WithSeveralRowsTheLastRowWins) {
-    useScenarioText(machine("{}"));
-    WmiResults results;
-    EXPECT_EQ(queryVoltage(nullptr, results), wmi_code::Success);
-    EXPECT_EQ(results["DesignVoltage"], "7600");
-    expectComBalanced();
-}
-
-TEST(WmiClient, AQueryTheServiceDoesNotUnderstandFailsAtTheQueryStep) {
-    useScenarioText(machine("{}"));
+// With several rows the last row wins; no row is no error.
+TEST_P(Query, GivesTheCodeAndTheValuesAndLeavesNothingOpen) {
+    const QueryCase &c = GetParam();
+    useScenarioText(machine(c.instrumentation));
     const char *names[] = {"DesignVoltage"};
     WmiResults results;
     {
         WmiClient client;
-        EXPECT_EQ(client.queryProperties(names, nullptr, "Win32_Fan", 1, results, kCimv2),
-                  wmi_code::QueryFailed);
-        EXPECT_EQ(
-            client.queryProperties(names, "DeviceID = ID-A", "Win32_Battery", 1, results, kCimv2),
-            wmi_code::QueryFailed);
-        EXPECT_EQ(client.queryProperties(names, nullptr, "Win32_Battery", 1, results, u"ROOT\\WMI"),
-                  wmi_code::ConnectFailed);
+        EXPECT_EQ(client.queryProperties(names, c.condition, c.className, 1, results, c.space),
+                  c.code);
     }
-    EXPECT_TRUE(results.empty());
+    EXPECT_EQ(results, c.results);
     expectComBalanced();
+    if (c.code == 0) {
+        EXPECT_EQ(emulator::Notebook::instance().counters().wmiQueries, 1u);
+    }
 }
+
+const char *kBattery = "Win32_Battery";
+const WmiResults kA = {{"DesignVoltage", "11400"}};
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, Query,
+    ::testing::Values(
+        QueryCase{"{}", "DeviceID = 'ID-B'", kBattery, kCimv2, 0, {{"DesignVoltage", "7600"}}},
+        QueryCase{"{}", "DeviceID = 'nobody'", kBattery, kCimv2, 0, {}},
+        QueryCase{"{}", nullptr, kBattery, kCimv2, 0, {{"DesignVoltage", "7600"}}},
+        QueryCase{"{}", nullptr, "Win32_Fan", kCimv2, wmi_code::QueryFailed, {}},
+        QueryCase{"{}", "DeviceID = ID-A", kBattery, kCimv2, wmi_code::QueryFailed, {}},
+        QueryCase{"{}", nullptr, kBattery, u"ROOT\\WMI", wmi_code::ConnectFailed, {}},
+        QueryCase{R"({"designVoltageType": "int32"})", "DeviceID = 'ID-A'", kBattery, kCimv2, 0,
+                  kA},
+        QueryCase{R"({"designVoltageType": "null"})",
+                  "DeviceID = 'ID-A'",
+                  kBattery,
+                  kCimv2,
+                  0,
+                  {{"DesignVoltage", ""}}}));
 
 struct StepFailure {
     const char *step;
@@ -203,18 +210,6 @@ TEST(WmiClient, StartsComOnceAndUndoesItOnce) {
     expectComBalanced();
 }
 
-TEST(WmiClient, TheServiceCanHandOutTheVoltageAsANumberOrNothing) {
-    useScenarioText(machine(R"({"designVoltageType": "int32"})"));
-    WmiResults results;
-    EXPECT_EQ(queryVoltage("DeviceID = 'ID-A'", results), 0u);
-    EXPECT_EQ(results["DesignVoltage"], "11400");
-    useScenarioText(machine(R"({"designVoltageType": "null"})"));
-    results.clear();
-    EXPECT_EQ(queryVoltage("DeviceID = 'ID-A'", results), 0u);
-    EXPECT_EQ(results, (WmiResults{{"DesignVoltage", ""}}));
-    expectComBalanced();
-}
-
 // --- decoding, with hand-made rows ---
 
 fake_wbem::Answer value(std::function<void(VARIANT &)> fill) {
@@ -242,102 +237,54 @@ TEST_P(VariantDecoding, GivesTheTextForItsType) {
     EXPECT_EQ(rows.rowsAlive, 0) << "every row is released";
 }
 
-INSTANTIATE_TEST_SUITE_P(Types, VariantDecoding,
-                         ::testing::Values(Decoding{"i2",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_I2;
-                                                        v.iVal = -32768;
-                                                    },
-                                                    "-32768"},
-                                           Decoding{"i4",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_I4;
-                                                        v.lVal = -5;
-                                                    },
-                                                    "-5"},
-                                           Decoding{"i4 max",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_I4;
-                                                        v.lVal = 2147483647;
-                                                    },
-                                                    "2147483647"},
-                                           Decoding{"true",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_BOOL;
-                                                        v.boolVal = VARIANT_TRUE;
-                                                    },
-                                                    "True"},
-                                           Decoding{"false",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_BOOL;
-                                                        v.boolVal = 0;
-                                                    },
-                                                    "False"},
-                                           Decoding{"bool 1",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_BOOL;
-                                                        v.boolVal = 1;
-                                                    },
-                                                    ""},
-                                           Decoding{"bstr",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_BSTR;
-                                                        v.bstrVal = SysAllocString(u"11400");
-                                                    },
-                                                    "11400"},
-                                           Decoding{"bstr with NUL",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_BSTR;
-                                                        v.bstrVal = SysAllocString(u"ab");
-                                                        v.bstrVal[1] = 0;
-                                                    },
-                                                    "a"},
-                                           Decoding{"long bstr",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_BSTR;
-                                                        v.bstrVal = SysAllocString(
-                                                            std::u16string(600, u'x').c_str());
-                                                    },
-                                                    std::string(500, 'x')},
-                                           Decoding{"bstr beyond one byte",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_BSTR;
-                                                        v.bstrVal = SysAllocString(u"A\u4e2d");
-                                                    },
-                                                    ""},
-                                           Decoding{"null bstr",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_BSTR;
-                                                        v.bstrVal = nullptr;
-                                                    },
-                                                    ""},
-                                           Decoding{"null", [](VARIANT &v) { v.vt = VT_NULL; }, ""},
-                                           Decoding{"r8",
-                                                    [](VARIANT &v) {
-                                                        v.vt = VT_R8;
-                                                        v.dblVal = 1.5;
-                                                    },
-                                                    ""}));
+using Fill = std::function<void(VARIANT &)>;
+// A variant of `type` holding `number`, or for VT_BSTR the string `units`
+// (null: a null string) with a NUL put at `cut`.
+Fill variant(VARTYPE type, LONG number, const char16_t *units = nullptr, size_t cut = 0) {
+    return [=](VARIANT &v) {
+        v.vt = type;
+        if (type == VT_I2) v.iVal = static_cast<SHORT>(number);
+        if (type == VT_I4) v.lVal = number;
+        if (type == VT_BOOL) v.boolVal = static_cast<VARIANT_BOOL>(number);
+        if (type == VT_R8) v.dblVal = number + 0.5;
+        if (type == VT_BSTR) v.bstrVal = units == nullptr ? nullptr : SysAllocString(units);
+        if (cut != 0) v.bstrVal[cut] = 0;
+    };
+}
+Fill i2(SHORT number) {
+    return variant(VT_I2, number);
+}
+Fill i4(LONG number) {
+    return variant(VT_I4, number);
+}
+Fill boolean(LONG flag) {
+    return variant(VT_BOOL, flag);
+}
+Fill bstr(const char16_t *units, size_t cut = 0) {
+    return variant(VT_BSTR, 0, units, cut);
+}
+Fill ofType(VARTYPE type) {
+    return variant(type, 1);
+}
+const std::u16string k600(600, u'x');
+
+INSTANTIATE_TEST_SUITE_P(
+    Types, VariantDecoding,
+    ::testing::Values(Decoding{"i2", i2(-32768), "-32768"}, Decoding{"i4", i4(-5), "-5"},
+                      Decoding{"i4 max", i4(2147483647), "2147483647"},
+                      Decoding{"true", boolean(VARIANT_TRUE), "True"},
+                      Decoding{"false", boolean(0), "False"}, Decoding{"bool 1", boolean(1), ""},
+                      Decoding{"bstr", bstr(u"11400"), "11400"},
+                      Decoding{"bstr with NUL", bstr(u"ab", 1), "a"},
+                      Decoding{"long bstr", bstr(k600.c_str()), std::string(500, 'x')},
+                      Decoding{"bstr beyond one byte", bstr(u"A\u4e2d"), ""},
+                      Decoding{"null bstr", bstr(nullptr), ""},
+                      Decoding{"null", ofType(VT_NULL), ""}, Decoding{"r8", ofType(VT_R8), ""}));
 
 TEST(CollectResults, AFailedReadGives23AndTheWalkGoesOn) {
-    fake_wbem::Enumerator rows({
-        {{u"A", refusal()}, {u"B", value([](VARIANT &v) {
-                                 v.vt = VT_I4;
-                                 v.lVal = 1;
-                             })}},
-        {{u"A", value([](VARIANT &v) {
-              v.vt = VT_I4;
-              v.lVal = 2;
-          })},
-         {u"B", value([](VARIANT &v) {
-              v.vt = VT_I4;
-              v.lVal = 3;
-          })}},
-        {{u"B", value([](VARIANT &v) {
-              v.vt = VT_I2;
-              v.iVal = 4;
-          })}},
-    });
+    fake_wbem::Enumerator rows({{{u"A", refusal()}, {u"B", value(i4(1))}},
+                                {{u"A", value(i4(2))}, {u"B", value(i4(3))}},
+                                {{u"B", value(i2(4))}}});
     const char *names[] = {"A", "B"};
     WmiResults results;
     WmiClient client;
@@ -348,10 +295,7 @@ TEST(CollectResults, AFailedReadGives23AndTheWalkGoesOn) {
 
 TEST(CollectResults, LooksUpNamesCutTo50Characters) {
     const std::string longName(60, 'p');
-    fake_wbem::Enumerator rows({{{std::u16string(50, u'p'), value([](VARIANT &v) {
-                                      v.vt = VT_I4;
-                                      v.lVal = 7;
-                                  })}}});
+    fake_wbem::Enumerator rows({{{std::u16string(50, u'p'), value(i4(7))}}});
     const char *names[] = {longName.c_str()};
     WmiResults results;
     WmiClient client;

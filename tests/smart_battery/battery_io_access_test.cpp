@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -11,33 +12,33 @@
 // scenario in real units.
 namespace {
 
-struct Readings {
-    std::string manufacturer = "?", deviceName = "?", chemistry = "?", date = "?";
-    uint16_t designCapacity = 1, fullChargeCapacity = 1, cycleCount = 1, serial = 1, voltage = 1;
-    uint32_t mode = 7;
-    float temperature = 1.0f;
-    uint8_t overTemperature = 7;
-    uint16_t scaleTop = 1, scale = 1;
-    uint32_t authenticity = 1;
-};
-
-Readings readAll(BatteryIOAccess &io, uint32_t battery) {
-    Readings r;
-    EXPECT_TRUE(io.readManufacturerName(battery, r.manufacturer));
-    EXPECT_TRUE(io.readDeviceName(battery, r.deviceName));
-    EXPECT_TRUE(io.readDeviceChemistry(battery, r.chemistry));
-    EXPECT_TRUE(io.readManufactureDate(battery, r.date));
-    io.readDesignCapacity(battery, r.designCapacity);
-    io.readFullChargeCapacity(battery, r.fullChargeCapacity);
-    io.readCycleCount(battery, r.cycleCount);
-    io.readSerialNumber(battery, r.serial);
-    EXPECT_TRUE(io.readCapacityMode(battery, r.mode));
-    io.readDesignVoltage(battery, r.voltage);
-    io.readTemperature(battery, r.temperature);
-    io.readOverTemperatureFlag(battery, r.overTemperature);
-    io.readCycleScale(battery, r.scaleTop, r.scale);
-    EXPECT_TRUE(io.readAuthenticity(battery, r.authenticity));
-    return r;
+// Every reader's value in one line: the four texts, then capacity mode,
+// design and full capacity, cycle count, serial, voltage, temperature,
+// over-temperature flag, cycle scale top/scale and authenticity.
+std::string readAll(BatteryIOAccess &io, uint32_t battery) {
+    std::string name = "?", device = "?", chemistry = "?", date = "?";
+    uint16_t design = 1, full = 1, cycles = 1, serial = 1, voltage = 1, top = 1, scale = 1;
+    uint32_t mode = 7, authenticity = 1;
+    float celsius = 1.0f;
+    uint8_t hot = 7;
+    EXPECT_TRUE(io.readManufacturerName(battery, name));
+    EXPECT_TRUE(io.readDeviceName(battery, device));
+    EXPECT_TRUE(io.readDeviceChemistry(battery, chemistry));
+    EXPECT_TRUE(io.readManufactureDate(battery, date));
+    EXPECT_TRUE(io.readCapacityMode(battery, mode));
+    io.readDesignCapacity(battery, design);
+    io.readFullChargeCapacity(battery, full);
+    io.readCycleCount(battery, cycles);
+    io.readSerialNumber(battery, serial);
+    io.readDesignVoltage(battery, voltage);
+    io.readTemperature(battery, celsius);
+    io.readOverTemperatureFlag(battery, hot);
+    io.readCycleScale(battery, top, scale);
+    EXPECT_TRUE(io.readAuthenticity(battery, authenticity));
+    char numbers[128];
+    std::snprintf(numbers, sizeof numbers, "%u %u %u %u %u %u %.2f %u %u/%u 0x%X", mode, design,
+                  full, cycles, serial, voltage, celsius, hot, top, scale, authenticity);
+    return name + "|" + device + "|" + chemistry + "|" + date + "|" + numbers;
 }
 
 const std::string k27 = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0";
@@ -65,57 +66,8 @@ struct ReaderCase {
     const char *what;
     const char *scenario;
     uint32_t battery;
-    Readings expected;
+    std::string expected;
 };
-
-Readings typical() {
-    Readings r;
-    r.manufacturer = "Ostrelle";
-    r.deviceName = "OS-4C57";
-    r.chemistry = "LION";
-    r.date = "3/11/2017";
-    r.designCapacity = 5724;
-    r.fullChargeCapacity = 5410;
-    r.cycleCount = 42;
-    r.serial = 4711;
-    r.mode = 1;
-    r.voltage = 11400;
-    r.temperature = static_cast<float>(3048 * 0.1 - 273.15);
-    r.overTemperature = 0;
-    r.scaleTop = 0;
-    r.scale = 250;
-    r.authenticity = 0x40;
-    return r;
-}
-
-Readings atTheTop() {
-    Readings r;
-    r.manufacturer = "";
-    r.deviceName = k28;
-    r.chemistry = k27;
-    r.date = "15/31/2107";
-    r.designCapacity = r.fullChargeCapacity = r.cycleCount = r.serial = r.voltage = 0xFFFF;
-    r.mode = 0;
-    r.temperature = static_cast<float>(65535 * 0.1 - 273.15);
-    r.overTemperature = 1;
-    r.scaleTop = 0xF;
-    r.scale = 0xFFF;
-    r.authenticity = 0x20;
-    return r;
-}
-
-Readings atTheBottom() {
-    Readings r;
-    r.manufacturer = r.deviceName = r.chemistry = "";
-    r.date = "0/0/1980";
-    r.designCapacity = r.fullChargeCapacity = r.cycleCount = r.serial = r.voltage = 0;
-    r.mode = 1;
-    r.temperature = -273.15f;
-    r.overTemperature = 0;
-    r.scaleTop = r.scale = 0;
-    r.authenticity = 0;
-    return r;
-}
 
 void PrintTo(const ReaderCase &row, std::ostream *out) {
     *out << row.what;
@@ -126,42 +78,19 @@ class Readers : public ::testing::TestWithParam<ReaderCase> {};
 TEST_P(Readers, DecodeWhatTheControllerEncoded) {
     useScenarioText(GetParam().scenario);
     BatteryIOAccessWindows io;
-    const Readings got = readAll(io, GetParam().battery);
-    const Readings &want = GetParam().expected;
-    EXPECT_EQ(got.manufacturer, want.manufacturer);
-    EXPECT_EQ(got.deviceName, want.deviceName);
-    EXPECT_EQ(got.chemistry, want.chemistry);
-    EXPECT_EQ(got.date, want.date);
-    EXPECT_EQ(got.designCapacity, want.designCapacity);
-    EXPECT_EQ(got.fullChargeCapacity, want.fullChargeCapacity);
-    EXPECT_EQ(got.cycleCount, want.cycleCount);
-    EXPECT_EQ(got.serial, want.serial);
-    EXPECT_EQ(got.mode, want.mode);
-    EXPECT_EQ(got.voltage, want.voltage);
-    EXPECT_FLOAT_EQ(got.temperature, want.temperature);
-    EXPECT_EQ(got.overTemperature, want.overTemperature);
-    EXPECT_EQ(got.scaleTop, want.scaleTop);
-    EXPECT_EQ(got.scale, want.scale);
-    EXPECT_EQ(got.authenticity, want.authenticity);
+    EXPECT_EQ(readAll(io, GetParam().battery), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, Readers,
-                         ::testing::Values(ReaderCase{"typical", kScenario, 0, typical()},
-                                           ReaderCase{"every word at 0xFFFF, texts of 0, 28 "
-                                                      "and 27 characters",
-                                                      kScenario, 1, atTheTop()},
-                                           ReaderCase{"every value 0", kZeros, 0, atTheBottom()}));
-
-TEST(Readers, TemperatureAndDateDecodeExactly) {
-    useScenarioText(kScenario);
-    BatteryIOAccessWindows io;
-    float celsius = 0;
-    io.readTemperature(0, celsius);
-    EXPECT_FLOAT_EQ(celsius, 31.65f);
-    std::string date;
-    EXPECT_TRUE(io.readManufactureDate(0, date));
-    EXPECT_EQ(date, "3/11/2017") << "word 0x4A6B";
-}
+// 31.65 degrees are 3048 tenths of a kelvin, 3/11/2017 the word 0x4A6B.
+INSTANTIATE_TEST_SUITE_P(
+    Table, Readers,
+    ::testing::Values(
+        ReaderCase{"typical", kScenario, 0,
+                   "Ostrelle|OS-4C57|LION|3/11/2017|1 5724 5410 42 4711 11400 31.65 0 0/250 0x40"},
+        ReaderCase{"every word at 0xFFFF, texts of 0, 28 and 27 characters", kScenario, 1,
+                   "|" + k28 + "|" + k27 +
+                       "|15/31/2107|0 65535 65535 65535 65535 65535 6280.35 1 15/4095 0x20"},
+        ReaderCase{"every value 0", kZeros, 0, "|||0/0/1980|1 0 0 0 0 0 -273.15 0 0/0 0x0"}));
 
 TEST(Readers, EveryReadOfTheSecondBatterySelectsIt) {
     useScenarioText(kScenario);
@@ -179,17 +108,15 @@ const char *kLowByteFails = R"({"name": "t", "controller": {"present": true, "fa
     "batteries": [{"slot": 0, "capacityUnit": "mAh", "designCapacity": 5724, "temperature_C": 20,
                    "manufacturer": "Ostrelle", "manufactureDate": {"year": 2017, "month": 3, "day": 11}}]})";
 
-TEST(Readers, ALostLowByteLeavesTheHighByteInTheCapacityReaders) {
+// A capacity reader keeps the high byte, the other word readers keep their
+// value, a text that breaks off is shortened and fails.
+TEST(Readers, ALostLowByte) {
     useScenarioText(kLowByteFails);
     BatteryIOAccessWindows io;
     uint16_t capacity = 7;
     io.readDesignCapacity(0, capacity);
     EXPECT_EQ(capacity, 0x1600) << "5724 is 0x165C";
-}
-
-TEST(Readers, ALostLowByteLeavesTheOtherWordReadersAlone) {
     useScenarioText(kLowByteFails);
-    BatteryIOAccessWindows io;
     float celsius = 99.0f;
     io.readTemperature(0, celsius);
     EXPECT_EQ(celsius, 99.0f);
@@ -197,11 +124,7 @@ TEST(Readers, ALostLowByteLeavesTheOtherWordReadersAlone) {
     std::string date = "keep";
     EXPECT_FALSE(io.readManufactureDate(0, date));
     EXPECT_EQ(date, "keep");
-}
-
-TEST(Readers, ATextThatBreaksOffIsShortenedAndFails) {
     useScenarioText(kLowByteFails);
-    BatteryIOAccessWindows io;
     std::string text = "old";
     EXPECT_FALSE(io.readManufacturerName(0, text));
     EXPECT_EQ(text, "O") << "the second character was lost";

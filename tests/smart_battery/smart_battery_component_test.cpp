@@ -7,6 +7,7 @@
 #include "frame/keys.h"
 #include "smart_battery/smart_battery_component.h"
 #include "support/port_log.h"
+#include "support/properties.h"
 #include "support/scenario.h"
 
 namespace {
@@ -46,25 +47,18 @@ TEST(SmartBatteryComponent, PropertiesOfAHealthyBatteryInOrder) {
     useScenario("default");
     SmartBatteryComponent component(true);
     component.buildProperties();
-    const Properties expected = {{"UDI", "SBAT"},
-                                 {"INDEX", "0"},
-                                 {"NAME", "OS-4C57"},
-                                 {"CHEMISTRY", "LITHIUM_ION"},
-                                 {"TEMPERATURE", "31.65 \xC2\xB0"
-                                                 "C"},
-                                 {"MANUFACTURER", "Ostrelle"},
-                                 {"DESIGN_VOLTAGE", "11.4 Volts"},
-                                 {"SERIAL_NUMBER", "4711"},
-                                 {"DESIGN_CAPACITY", "57.24 Wh (5021 mAh)"},
-                                 {"FULL_CHARGE_CAPACITY", "54.1 Wh (4745 mAh)"},
-                                 {"CYCLE_COUNT", "42"}};
-    EXPECT_EQ(propertiesOf(component), expected);
+    const std::string expected = "UDI=SBAT|INDEX=0|NAME=OS-4C57|CHEMISTRY=LITHIUM_ION|"
+                                 "TEMPERATURE=31.65 \xC2\xB0"
+                                 "C|MANUFACTURER=Ostrelle|DESIGN_VOLTAGE=11.4 Volts|"
+                                 "SERIAL_NUMBER=4711|DESIGN_CAPACITY=57.24 Wh (5021 mAh)|"
+                                 "FULL_CHARGE_CAPACITY=54.1 Wh (4745 mAh)|CYCLE_COUNT=42";
+    EXPECT_EQ(joined(component.getInfo().properties), expected);
     EXPECT_EQ(component.getInfo().name, "MAIN_BATTERY");
     EXPECT_EQ(component.getIndex(), "0");
     EXPECT_TRUE(component.getInfoGroups().empty());
 
     component.buildProperties();
-    EXPECT_EQ(propertiesOf(component), expected) << "a rebuild does not double the list";
+    EXPECT_EQ(joined(component.getInfo().properties), expected) << "a rebuild keeps one list";
 }
 
 struct PropertyCase {
@@ -170,18 +164,11 @@ TEST(SmartBatteryComponent, OnADeadControllerEveryValueIsNotAvailable) {
     EXPECT_EQ(info.capacityUnit, CapacityUnit::MilliampHours);
     EXPECT_FLOAT_EQ(info.temperature, -273.15f);
     EXPECT_EQ(info.authenticity, "NOT_AVAILABLE");
-    const Properties expected = {{"UDI", "SBAT"},
-                                 {"INDEX", "1"},
-                                 {"NAME", "NOT_AVAILABLE"},
-                                 {"CHEMISTRY", "NOT_AVAILABLE"},
-                                 {"TEMPERATURE", "NOT_AVAILABLE"},
-                                 {"MANUFACTURER", "NOT_AVAILABLE"},
-                                 {"DESIGN_VOLTAGE", "NOT_AVAILABLE"},
-                                 {"SERIAL_NUMBER", "NOT_AVAILABLE"},
-                                 {"DESIGN_CAPACITY", "NOT_AVAILABLE"},
-                                 {"FULL_CHARGE_CAPACITY", "NOT_AVAILABLE"},
-                                 {"CYCLE_COUNT", "NOT_AVAILABLE"}};
-    EXPECT_EQ(propertiesOf(component), expected);
+    EXPECT_EQ(joined(component.getInfo().properties),
+              "UDI=SBAT|INDEX=1|NAME=NOT_AVAILABLE|CHEMISTRY=NOT_AVAILABLE|"
+              "TEMPERATURE=NOT_AVAILABLE|MANUFACTURER=NOT_AVAILABLE|DESIGN_VOLTAGE=NOT_AVAILABLE|"
+              "SERIAL_NUMBER=NOT_AVAILABLE|DESIGN_CAPACITY=NOT_AVAILABLE|"
+              "FULL_CHARGE_CAPACITY=NOT_AVAILABLE|CYCLE_COUNT=NOT_AVAILABLE");
     EXPECT_EQ(component.getInfo().name, "SECONDARY_BATTERY");
 }
 
