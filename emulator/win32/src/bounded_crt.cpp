@@ -74,6 +74,21 @@ bool wideUnit(char narrow, char16_t *out) {
     return true;
 }
 
+// How a bounded copy ends: it fitted, it was cut as _TRUNCATE allows, or it
+// did not fit and the destination is left empty.
+errno_t endOfBoundedCopy(char *destination, size_t destinationSize, size_t available,
+                         size_t count) {
+    if (available == 0) {
+        if (count == _TRUNCATE) {
+            destination[destinationSize - 1] = '\0';
+            return STRUNCATE;
+        }
+        destination[0] = '\0';
+        return ERANGE;
+    }
+    return 0;
+}
+
 } // namespace
 
 extern "C" {
@@ -99,15 +114,7 @@ errno_t strncpy_s(char *destination, size_t destinationSize, const char *source,
         }
         if (count == 0) *p = '\0';
     }
-    if (available == 0) {
-        if (count == _TRUNCATE) {
-            destination[destinationSize - 1] = '\0';
-            return STRUNCATE;
-        }
-        destination[0] = '\0';
-        return ERANGE;
-    }
-    return 0;
+    return endOfBoundedCopy(destination, destinationSize, available, count);
 }
 
 errno_t strncat_s(char *destination, size_t destinationSize, const char *source, size_t count) {
@@ -136,15 +143,7 @@ errno_t strncat_s(char *destination, size_t destinationSize, const char *source,
         }
         if (count == 0) *p = '\0';
     }
-    if (available == 0) {
-        if (count == _TRUNCATE) {
-            destination[destinationSize - 1] = '\0';
-            return STRUNCATE;
-        }
-        destination[0] = '\0';
-        return ERANGE;
-    }
-    return 0;
+    return endOfBoundedCopy(destination, destinationSize, available, count);
 }
 
 char *strtok_s(char *text, const char *delimiters, char **context) {
