@@ -1,23 +1,14 @@
 #!/usr/bin/env bash
-# Builds and runs every test: the unit, contract and host suites in the dev
-# build and again under AddressSanitizer/UndefinedBehaviorSanitizer, the
-# benchmarks in a short mode, and the Windows cross build with its export
-# check.
+# Builds everything and runs every test: the steps under scripts/ci/, in the
+# order of their numbers (Linux suites, benchmarks, Windows build, ...). One
+# step can be run alone, e.g. bash scripts/ci/30-windows.sh, once set-up ran.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-bash scripts/setup.sh --windows
+bash scripts/setup.sh --all
 
-for preset in dev asan; do
-  echo "== $preset build and tests"
-  cmake --preset "$preset" -DBUILD_TESTING=ON >/dev/null
-  cmake --build --preset "$preset"
-  ctest --preset "$preset"
+for step in scripts/ci/[0-9][0-9]-*.sh; do
+  echo "== ${step}"
+  start=$SECONDS
+  bash "$step"
+  echo "== ${step} took $((SECONDS - start)) s"
 done
-
-if [[ -x build/dev/bin/battery_benchmarks ]]; then
-  echo "== benchmarks (short)"
-  build/dev/bin/battery_benchmarks --benchmark_min_time=0.01
-fi
-
-echo "== Windows build"
-bash scripts/check-windows-build.sh
