@@ -6,9 +6,10 @@
 
 #include <nlohmann/json.hpp>
 
-// The notebook the host runs on: the emulated one on Linux, the real one on
-// Windows. The host chooses a scenario and the pace of time through it, asks
-// it for the events a run must see, and lets it carry out what a prompt asks.
+// The notebook the host runs on: on Linux the emulated one unless the
+// command line asks for this machine; on Windows the real one. The host chooses a scenario and the
+// pace of time through it, asks it for the events a run must see, and lets it carry out what a
+// prompt asks.
 class Machine {
 public:
     virtual ~Machine() = default;
@@ -28,6 +29,12 @@ public:
     virtual bool userIgnoresPrompts() = 0;
     // Power scheme, brightness, AC line and their changes, for the report.
     virtual nlohmann::json state() = 0;
+    // Whether the extended diagnostic, which changes the display and the
+    // power scheme, may run here.
+    virtual bool allowsChanges() { return true; }
 };
 
 Machine &currentMachine();
+// Makes this computer the machine of the run and of the module's Windows
+// calls, in place of the emulated notebook where there is one.
+void useThisMachine();

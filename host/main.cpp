@@ -46,6 +46,8 @@ void buildHostOptions(CLI::App &app, HostOptions &options) {
                    "Path of the module library (default: beside this program)");
     app.add_option("--scenario", options.scenario,
                    "Emulated notebook: a built-in name, a JSON file, or 'list'");
+    app.add_flag("--this-machine", options.thisMachine,
+                 "Read this computer's batteries instead of the emulated notebook's");
     app.add_flag("--list", options.list, "List diagnostics, tests and batteries");
     app.add_flag("--version", options.version, "Print the host's and the module's versions");
     app.add_flag("--json", options.json, "Print one JSON report instead of text");
@@ -173,6 +175,7 @@ int main(int argc, char **argv) {
     app.footer(kHostHelpFooter);
 
     // The module is loaded first: its option tables add options.
+    if (command_line::has(args, "--this-machine")) useThisMachine();
     Machine &machine = currentMachine();
     const std::string scenario = command_line::valueOf(args, "--scenario");
     if (scenario == "list") {
@@ -257,6 +260,14 @@ int main(int argc, char **argv) {
         !run_plan::chooseDevices(*module, options.devices, plan, planError)) {
         library->releaseInterface();
         return usageError(planError, app);
+    }
+
+    if (!machine.allowsChanges() && run_plan::includesExtended(plan)) {
+        library->releaseInterface();
+        return usageError("the extended diagnostic changes the display and the power scheme; "
+                          "it is not offered on " +
+                              machine.describe() + " yet",
+                          app);
     }
 
     RunView view(RunView::modeFor(options.json), RunView::colourWanted(), options.rawKeys,
