@@ -37,6 +37,7 @@ std::optional<int64_t> checked(SysfsReading &reading, std::optional<int64_t> val
 // design voltage.
 std::optional<int64_t> energy_mWh(SysfsReading &reading, std::optional<int64_t> energy_uWh) {
     if (!energy_uWh) return std::nullopt;
+    if (*energy_uWh < 0) return checked(reading, energy_uWh, 0);
     return checked(reading, *energy_uWh / 1000, kLargestCapacity_mWh);
 }
 
