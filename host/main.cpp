@@ -24,6 +24,7 @@
 #include "report.h"
 #include "run_plan.h"
 #include "run_view.h"
+#include "stop_signals.h"
 
 namespace {
 
@@ -147,7 +148,7 @@ std::vector<RunRecord> runPlan(ModuleInterface &module, const RunPlan &plan,
             flow.lastNumber = 1;
             test->setParameter(flow);
         }
-        for (size_t d = 0; d < plan.devices.size() && gStopRequested == 0; ++d) {
+        for (size_t d = 0; d < plan.devices.size() && !stop_signals::requested(); ++d) {
             RunRecord record;
             record.testId = module_session::idText(test->getEntityId());
             record.testName = resource->getTestName(test->getEntityId());
@@ -273,7 +274,7 @@ int main(int argc, char **argv) {
         library->releaseInterface();
         return ResultNotApplicable;
     }
-    installStopHandler();
+    stop_signals::install();
     const std::vector<RunRecord> records = runPlan(*module, plan, options, machine, view);
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
@@ -288,11 +289,15 @@ int main(int argc, char **argv) {
             {"batteries", report::batteries(*module)},
             {"runs", report::runs(records)},
             {"exitCode", code}};
+        if (stop_signals::received() != 0) document["stoppedBy"] = stop_signals::received();
         library->releaseInterface();
         document["machineState"] = machine.state();
         std::cout << document.dump(2) << std::endl;
+        stop_signals::endLikeTheSignal();
         return code;
     }
     library->releaseInterface();
+    std::fflush(stdout);
+    stop_signals::endLikeTheSignal();
     return code;
 }
