@@ -43,7 +43,10 @@ void HostRun::requestInput(const InputRequest &request) {
     const bool plug = asksToPlug(request.message);
     bool act = true;
     if (answer_ == PromptAnswer::Ask) {
-        view_.ask("Press Enter once done (or type n and Enter to leave it): ");
+        // Asked on standard error, so a JSON report on standard output still
+        // leaves the person told which way the cable must go.
+        view_.ask(std::string(plug ? "Plug in the AC cable" : "Unplug the AC cable") +
+                  ", then press Enter (or type n and Enter to leave it): ");
         std::string line;
         if (stop_signals::readLine(kStandardInput, line)) {
             act = line.empty() || (line[0] != 'n' && line[0] != 'N');

@@ -157,6 +157,11 @@ TEST(HostProgram, ThePromptIsAnsweredThroughStandardInput) {
     EXPECT_EQ(declined.exitCode, 4) << declined.output;
     EXPECT_NE(declined.output.find("because the AC cable is unplugged"), std::string::npos)
         << declined.output;
+    const Outcome json = runHost(
+        "--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000 --json", "\\n");
+    EXPECT_NE(json.output.find("Plug in the AC cable, then press Enter"), std::string::npos)
+        << "the way the cable must go, beside a JSON report\n"
+        << json.output;
 }
 
 TEST(HostProgram, ExtendedVerdictsOnTheEmulatedNotebook) {
