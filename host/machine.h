@@ -28,6 +28,14 @@ public:
     virtual bool userIgnoresPrompts() = 0;
     // Power scheme, brightness, AC line and their changes, for the report.
     virtual nlohmann::json state() = 0;
+
+    // A real machine keeps what an extended run changes on disk until the
+    // run has put it back. At the start, what a run that died left changed
+    // is put back (one line each to tell the person); before an extended
+    // run the settings are recorded; after it the record is closed.
+    virtual std::vector<std::string> putBackWhatARunLeft() { return {}; }
+    virtual bool recordSettings(std::string &) { return true; }
+    virtual void settingsPutBack() {}
 };
 
 Machine &currentMachine();

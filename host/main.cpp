@@ -186,6 +186,10 @@ int main(int argc, char **argv) {
         const std::string error = machine.selectScenario(scenario);
         if (!error.empty()) return usageError(error, app);
     }
+    for (const std::string &line : machine.putBackWhatARunLeft()) {
+        std::fprintf(stderr, "put back after a run that was stopped before it could: %s\n",
+                     line.c_str());
+    }
     const std::string scale = command_line::valueOf(args, "--time-scale");
     machine.setTimeScale(scale.empty() ? 1.0 : std::atof(scale.c_str()));
 
@@ -275,7 +279,17 @@ int main(int argc, char **argv) {
         return ResultNotApplicable;
     }
     stop_signals::install();
+    const bool changesMachine = std::any_of(plan.tests.begin(), plan.tests.end(),
+                                            [](Test *test) { return test->isInteractive(); });
+    std::string journalError;
+    if (changesMachine && !machine.recordSettings(journalError)) {
+        std::fprintf(stderr, "error: %s; an extended test needs it to put the machine back\n",
+                     journalError.c_str());
+        library->releaseInterface();
+        return exit_codes::kUsage;
+    }
     const std::vector<RunRecord> records = runPlan(*module, plan, options, machine, view);
+    if (changesMachine) machine.settingsPutBack();
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
     const int code = exit_codes::forResults(results);

@@ -1,0 +1,76 @@
+#include "settings_journal.h"
+
+#include <optional>
+
+#include "restore_journal.h"
+#include "this_machine/backlight.h"
+#include "this_machine/power_profile.h"
+#include "this_machine/settings_snapshot.h"
+
+namespace {
+
+nlohmann::json toJson(const this_machine::SettingsSnapshot &snapshot) {
+    nlohmann::json entries = nlohmann::json::object();
+    if (!snapshot.backlight.empty()) {
+        entries["backlight"] = {{"device", snapshot.backlight}, {"raw", snapshot.brightness}};
+    }
+    if (!snapshot.profileSource.empty()) {
+        entries["profile"] = {{"source", snapshot.profileSource}, {"name", snapshot.profile}};
+    }
+    return entries;
+}
+
+// Fields of the wrong kind are skipped: a journal edited by hand puts back
+// what it still says clearly.
+this_machine::SettingsSnapshot fromJson(const nlohmann::json &entries) {
+    this_machine::SettingsSnapshot snapshot;
+    const nlohmann::json backlight = entries.value("backlight", nlohmann::json::object());
+    if (backlight.is_object() && backlight.value("device", nlohmann::json()).is_string() &&
+        backlight.value("raw", nlohmann::json()).is_number_unsigned()) {
+        snapshot.backlight = backlight["device"].get<std::string>();
+        snapshot.brightness = backlight["raw"].get<uint32_t>();
+    }
+    const nlohmann::json profile = entries.value("profile", nlohmann::json::object());
+    if (profile.is_object() && profile.value("source", nlohmann::json()).is_string() &&
+        profile.value("name", nlohmann::json()).is_string()) {
+        snapshot.profileSource = profile["source"].get<std::string>();
+        snapshot.profile = profile["name"].get<std::string>();
+    }
+    return snapshot;
+}
+
+} // namespace
+
+std::vector<std::string> settings_journal::replayLeft() {
+    std::string error;
+    const std::optional<nlohmann::json> entries = RestoreJournal::read(error);
+    if (!entries) return error.empty() ? std::vector<std::string>() : std::vector{error};
+    std::vector<std::string> lines = this_machine::putBack(fromJson(*entries));
+    if (lines.empty()) lines.push_back("the machine was already as the journal recorded it");
+    RestoreJournal::remove();
+    return lines;
+}
+
+bool settings_journal::record(std::string &error) {
+    return RestoreJournal::write(toJson(this_machine::takeSnapshot()), error);
+}
+
+void settings_journal::close() {
+    RestoreJournal::remove();
+}
+
+nlohmann::json settings_journal::sources() {
+    nlohmann::json found = {{"backlight", nullptr}, {"powerProfile", nullptr}};
+    if (const std::optional<this_machine::Backlight> backlight = this_machine::Backlight::find()) {
+        found["backlight"] = {
+            {"device", backlight->name()},
+            {"type", backlight->type()},
+            {"writtenThrough",
+             backlight->route() == this_machine::Backlight::Route::File ? "sysfs" : "logind"}};
+    }
+    if (const std::unique_ptr<this_machine::PowerProfile> profile =
+            this_machine::PowerProfile::find()) {
+        found["powerProfile"] = profile->source();
+    }
+    return found;
+}
