@@ -40,7 +40,12 @@ public:
         std::getline(in, line);
         return line;
     }
-    std::string sysFolder() const { return umockdev_testbed_get_sys_dir(testbed_); }
+    std::string sysFolder() const {
+        gchar *folder = umockdev_testbed_get_sys_dir(testbed_);
+        std::string text = folder;
+        g_free(folder);
+        return text;
+    }
 
 private:
     UMockdevTestbed *testbed_;
