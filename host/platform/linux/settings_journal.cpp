@@ -2,14 +2,14 @@
 
 #include <optional>
 
+#include "machine_settings/backlight.h"
+#include "machine_settings/power_profile.h"
+#include "machine_settings/settings_snapshot.h"
 #include "restore_journal.h"
-#include "this_machine/backlight.h"
-#include "this_machine/power_profile.h"
-#include "this_machine/settings_snapshot.h"
 
 namespace {
 
-nlohmann::json toJson(const this_machine::SettingsSnapshot &snapshot) {
+nlohmann::json toJson(const machine_settings::SettingsSnapshot &snapshot) {
     nlohmann::json entries = nlohmann::json::object();
     if (!snapshot.backlight.empty()) {
         entries["backlight"] = {{"device", snapshot.backlight}, {"raw", snapshot.brightness}};
@@ -22,8 +22,8 @@ nlohmann::json toJson(const this_machine::SettingsSnapshot &snapshot) {
 
 // Fields of the wrong kind are skipped: a journal edited by hand puts back
 // what it still says clearly.
-this_machine::SettingsSnapshot fromJson(const nlohmann::json &entries) {
-    this_machine::SettingsSnapshot snapshot;
+machine_settings::SettingsSnapshot fromJson(const nlohmann::json &entries) {
+    machine_settings::SettingsSnapshot snapshot;
     const nlohmann::json backlight = entries.value("backlight", nlohmann::json::object());
     if (backlight.is_object() && backlight.value("device", nlohmann::json()).is_string() &&
         backlight.value("raw", nlohmann::json()).is_number_unsigned()) {
@@ -45,14 +45,14 @@ std::vector<std::string> settings_journal::replayLeft() {
     std::string error;
     const std::optional<nlohmann::json> entries = RestoreJournal::read(error);
     if (!entries) return error.empty() ? std::vector<std::string>() : std::vector{error};
-    std::vector<std::string> lines = this_machine::putBack(fromJson(*entries));
+    std::vector<std::string> lines = machine_settings::putBack(fromJson(*entries));
     if (lines.empty()) lines.push_back("the machine was already as the journal recorded it");
     RestoreJournal::remove();
     return lines;
 }
 
 bool settings_journal::record(std::string &error) {
-    return RestoreJournal::write(toJson(this_machine::takeSnapshot()), error);
+    return RestoreJournal::write(toJson(machine_settings::takeSnapshot()), error);
 }
 
 void settings_journal::close() {
@@ -61,15 +61,16 @@ void settings_journal::close() {
 
 nlohmann::json settings_journal::sources() {
     nlohmann::json found = {{"backlight", nullptr}, {"powerProfile", nullptr}};
-    if (const std::optional<this_machine::Backlight> backlight = this_machine::Backlight::find()) {
+    if (const std::optional<machine_settings::Backlight> backlight =
+            machine_settings::Backlight::find()) {
         found["backlight"] = {
             {"device", backlight->name()},
             {"type", backlight->type()},
             {"writtenThrough",
-             backlight->route() == this_machine::Backlight::Route::File ? "sysfs" : "logind"}};
+             backlight->route() == machine_settings::Backlight::Route::File ? "sysfs" : "logind"}};
     }
-    if (const std::unique_ptr<this_machine::PowerProfile> profile =
-            this_machine::PowerProfile::find()) {
+    if (const std::unique_ptr<machine_settings::PowerProfile> profile =
+            machine_settings::PowerProfile::find()) {
         found["powerProfile"] = profile->source();
     }
     return found;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace this_machine {
+namespace machine_settings {
 
 // The display level and power profile as found before a run changes them.
 struct SettingsSnapshot {
@@ -20,4 +20,4 @@ SettingsSnapshot takeSnapshot();
 // was done or why it could not be.
 std::vector<std::string> putBack(const SettingsSnapshot &snapshot);
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace this_machine {
+namespace machine_settings {
 
 // The display's backlight as the kernel's backlight class shows it. Linux
 // has one level where Windows keeps one on AC and one on battery; both are
@@ -46,4 +46,4 @@ private:
     std::optional<uint32_t> foundRaw_;
 };
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -1,11 +1,11 @@
-#include "this_machine/settings_snapshot.h"
+#include "machine_settings/settings_snapshot.h"
 
 #include <memory>
 
-#include "this_machine/backlight.h"
-#include "this_machine/power_profile.h"
+#include "machine_settings/backlight.h"
+#include "machine_settings/power_profile.h"
 
-namespace this_machine {
+namespace machine_settings {
 
 namespace {
 std::vector<std::string> putBackBrightness(const SettingsSnapshot &snapshot) {
@@ -63,4 +63,4 @@ std::vector<std::string> putBack(const SettingsSnapshot &snapshot) {
     return lines;
 }
 
-} // namespace this_machine
+} // namespace machine_settings

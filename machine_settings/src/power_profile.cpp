@@ -1,9 +1,9 @@
-#include "this_machine/power_profile.h"
+#include "machine_settings/power_profile.h"
 
-#include "this_machine/sysfs_text.h"
-#include "this_machine/system_bus.h"
+#include "machine_settings/sysfs_text.h"
+#include "machine_settings/system_bus.h"
 
-namespace this_machine {
+namespace machine_settings {
 
 namespace {
 constexpr const char *kPlatformProfile = "/sys/firmware/acpi/platform_profile";
@@ -34,4 +34,4 @@ std::unique_ptr<PowerProfile> PowerProfile::find() {
     return nullptr;
 }
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -2,14 +2,14 @@
 
 #include <array>
 
+#include "machine_settings/settings_answers.h"
 #include "testbed.h"
-#include "this_machine/settings_answers.h"
 
 // The Windows display and scheme requests answered from a testbed.
 
-using this_machine::DisplayAnswer;
-using this_machine::Scheme;
-using this_machine::SchemeAnswer;
+using machine_settings::DisplayAnswer;
+using machine_settings::Scheme;
+using machine_settings::SchemeAnswer;
 
 namespace {
 

@@ -4,12 +4,12 @@
 #include <vector>
 
 #include "bus_mock.h"
+#include "machine_settings/backlight.h"
 #include "testbed.h"
-#include "this_machine/backlight.h"
 
 // The display level read from and written to testbed backlights.
 
-using this_machine::Backlight;
+using machine_settings::Backlight;
 
 namespace {
 

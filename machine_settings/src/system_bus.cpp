@@ -1,11 +1,11 @@
-#include "this_machine/system_bus.h"
+#include "machine_settings/system_bus.h"
 
 #include <cstdlib>
 #include <cstring>
 
 #include <systemd/sd-bus.h>
 
-namespace this_machine {
+namespace machine_settings {
 
 namespace {
 constexpr const char *kProfiles = "net.hadess.PowerProfiles";
@@ -108,4 +108,4 @@ bool SystemBus::setBrightness(const std::string &subsystem, const std::string &d
     return code >= 0;
 }
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -3,15 +3,15 @@
 #include <vector>
 
 #include "bus_mock.h"
+#include "machine_settings/power_profile.h"
+#include "machine_settings/system_bus.h"
 #include "testbed.h"
-#include "this_machine/power_profile.h"
-#include "this_machine/system_bus.h"
 
 // The power profile through the firmware's file and through a mock
 // power-profiles-daemon on the private bus.
 
-using this_machine::PowerProfile;
-using this_machine::Scheme;
+using machine_settings::PowerProfile;
+using machine_settings::Scheme;
 
 namespace {
 
@@ -47,7 +47,7 @@ class DaemonMapping : public ::testing::TestWithParam<DaemonRow> {};
 
 std::string activeProfile() {
     std::string name;
-    this_machine::SystemBus::instance().getString(
+    machine_settings::SystemBus::instance().getString(
         "net.hadess.PowerProfiles", "/net/hadess/PowerProfiles", "net.hadess.PowerProfiles",
         "ActiveProfile", name);
     return name;
@@ -135,7 +135,7 @@ TEST(PowerProfile, TheDaemonComesBeforeTheFirmwareFile) {
 
 TEST_P(DaemonMapping, SchemesAreHeldAndReleased) {
     bus_mock::Service daemon = daemonMock(GetParam().active);
-    std::unique_ptr<PowerProfile> profile = this_machine::newDaemonProfile();
+    std::unique_ptr<PowerProfile> profile = machine_settings::newDaemonProfile();
     for (Scheme scheme : GetParam().applied) EXPECT_TRUE(profile->apply(scheme));
     EXPECT_EQ(daemon.calls(std::vector<std::string>{"HoldProfile", "ReleaseProfile", "Set"}),
               GetParam().calls);
@@ -183,7 +183,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PowerProfile, AScopeTheDaemonCannotNameIsRefused) {
     bus_mock::Service daemon = daemonMock("balanced");
-    std::unique_ptr<PowerProfile> profile = this_machine::newDaemonProfile();
+    std::unique_ptr<PowerProfile> profile = machine_settings::newDaemonProfile();
     EXPECT_FALSE(profile->apply(Scheme::Own));
     EXPECT_TRUE(daemon.calls(std::vector<std::string>{"HoldProfile", "Set"}).empty());
 }

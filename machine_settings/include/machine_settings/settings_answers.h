@@ -4,10 +4,10 @@
 #include <memory>
 #include <optional>
 
-#include "this_machine/backlight.h"
-#include "this_machine/power_profile.h"
+#include "machine_settings/backlight.h"
+#include "machine_settings/power_profile.h"
 
-namespace this_machine {
+namespace machine_settings {
 
 // The display's brightness requests, as "\\.\LCD" answers them on Windows,
 // from the backlight. Linux has one level where Windows keeps one on AC and
@@ -46,4 +46,4 @@ private:
     std::unique_ptr<PowerProfile> profile_;
 };
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -1,8 +1,8 @@
-#include "this_machine/settings_answers.h"
+#include "machine_settings/settings_answers.h"
 
 #include <cstring>
 
-namespace this_machine {
+namespace machine_settings {
 
 namespace {
 constexpr uint32_t kFileNotFound = 2;
@@ -70,4 +70,4 @@ std::string SchemeAnswer::source() {
     return found == nullptr ? std::string() : found->source();
 }
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -4,7 +4,7 @@
 #include <string>
 
 // Small files of sysfs: one value each, ending in a newline.
-namespace this_machine::sysfs_text {
+namespace machine_settings::sysfs_text {
 
 // The file's first line without trailing blanks; false when it cannot be read.
 bool readLine(const std::string &path, std::string &line);
@@ -12,4 +12,4 @@ bool readLine(const std::string &path, std::string &line);
 bool readNumber(const std::string &path, uint32_t &number);
 bool write(const std::string &path, const std::string &text);
 
-} // namespace this_machine::sysfs_text
+} // namespace machine_settings::sysfs_text

@@ -1,4 +1,4 @@
-#include "this_machine/backlight.h"
+#include "machine_settings/backlight.h"
 
 #include <dirent.h>
 #include <unistd.h>
@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <vector>
 
-#include "this_machine/sysfs_text.h"
-#include "this_machine/system_bus.h"
+#include "machine_settings/sysfs_text.h"
+#include "machine_settings/system_bus.h"
 
-namespace this_machine {
+namespace machine_settings {
 
 namespace {
 constexpr const char *kClass = "/sys/class/backlight/";
@@ -105,4 +105,4 @@ bool Backlight::writeRaw(uint32_t raw, Route route) {
     return SystemBus::instance().setBrightness("backlight", name_, raw);
 }
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -5,7 +5,7 @@
 
 struct sd_bus;
 
-namespace this_machine {
+namespace machine_settings {
 
 // The connection to the system bus, one per process and kept open for the
 // process's life: the power-profile daemon ties a profile hold to the
@@ -40,4 +40,4 @@ private:
     std::string lastError_;
 };
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -1,7 +1,7 @@
-#include "this_machine/power_profile.h"
-#include "this_machine/system_bus.h"
+#include "machine_settings/power_profile.h"
+#include "machine_settings/system_bus.h"
 
-namespace this_machine {
+namespace machine_settings {
 
 namespace {
 constexpr const char *kService = "net.hadess.PowerProfiles";
@@ -85,4 +85,4 @@ std::unique_ptr<PowerProfile> newDaemonProfile() {
     return std::make_unique<DaemonProfile>();
 }
 
-} // namespace this_machine
+} // namespace machine_settings

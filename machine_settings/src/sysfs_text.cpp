@@ -1,4 +1,4 @@
-#include "this_machine/sysfs_text.h"
+#include "machine_settings/sysfs_text.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <charconv>
 
-namespace this_machine {
+namespace machine_settings {
 
 namespace {
 constexpr size_t kLongestValue = 4096; // a sysfs attribute is at most one page
@@ -50,4 +50,4 @@ bool sysfs_text::write(const std::string &path, const std::string &text) {
     return wrote == static_cast<ssize_t>(text.size()) && closed;
 }
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -1,10 +1,10 @@
 #include <sstream>
 #include <vector>
 
-#include "this_machine/power_profile.h"
-#include "this_machine/sysfs_text.h"
+#include "machine_settings/power_profile.h"
+#include "machine_settings/sysfs_text.h"
 
-namespace this_machine {
+namespace machine_settings {
 
 namespace {
 constexpr const char *kProfile = "/sys/firmware/acpi/platform_profile";
@@ -65,4 +65,4 @@ std::unique_ptr<PowerProfile> newPlatformProfile() {
     return std::make_unique<PlatformProfile>();
 }
 
-} // namespace this_machine
+} // namespace machine_settings

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-namespace this_machine {
+namespace machine_settings {
 
 // The machine's power profile, named the way the module names Windows's
 // power schemes. A profile that none of these names fits is the user's own.
@@ -36,4 +36,4 @@ public:
 std::unique_ptr<PowerProfile> newDaemonProfile();
 std::unique_ptr<PowerProfile> newPlatformProfile();
 
-} // namespace this_machine
+} // namespace machine_settings
