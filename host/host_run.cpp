@@ -58,6 +58,8 @@ void HostRun::requestInput(const InputRequest &request) {
         view_.answered("stopped, left as it is");
     } else if (!act) {
         view_.answered("left as it is");
+    } else if (!machine_.controlsAcCable()) {
+        view_.answered("the AC line is read as it is now");
     } else if (machine_.userIgnoresPrompts()) {
         view_.answered("the user ignores the request");
     } else {

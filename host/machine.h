@@ -29,6 +29,9 @@ public:
     // machine leaves this to the person in front of it.
     virtual void setAcCable(bool plugged) = 0;
     virtual bool userIgnoresPrompts() = 0;
+    // Whether setAcCable moves the cable. On a real machine the person does,
+    // and the module reads the line as it then is.
+    virtual bool controlsAcCable() { return true; }
     // Power scheme, brightness, AC line and their changes, for the report.
     virtual nlohmann::json state() = 0;
 
