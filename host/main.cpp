@@ -193,8 +193,7 @@ int main(int argc, char **argv) {
         return usageError(scaleError, app);
     }
     for (const std::string &line : machine.putBackWhatARunLeft()) {
-        std::fprintf(stderr, "put back after a run that was stopped before it could: %s\n",
-                     line.c_str());
+        std::fprintf(stderr, "restore journal: %s\n", line.c_str());
     }
     machine.setTimeScale(scale);
 

@@ -1,5 +1,8 @@
 #include "settings_journal.h"
 
+#include <unistd.h>
+
+#include <fstream>
 #include <optional>
 
 #include "machine_settings/backlight.h"
@@ -39,14 +42,31 @@ machine_settings::SettingsSnapshot fromJson(const nlohmann::json &entries) {
     return snapshot;
 }
 
+// The host that wrote the journal, while it still runs: its journal is its
+// own to close. After a reboot the number may belong to another program, so
+// the program's name is compared as well.
+std::optional<long> livingWriter(const nlohmann::json &entries) {
+    const nlohmann::json pid = entries.value("pid", nlohmann::json());
+    if (!pid.is_number_integer() || pid.get<long>() <= 0 || pid.get<long>() == getpid()) {
+        return std::nullopt;
+    }
+    std::ifstream comm("/proc/" + std::to_string(pid.get<long>()) + "/comm");
+    std::string name;
+    if (!std::getline(comm, name) || name != "battery_host") return std::nullopt;
+    return pid.get<long>();
+}
+
 } // namespace
 
 std::vector<std::string> settings_journal::replayLeft() {
     std::string error;
     const std::optional<nlohmann::json> entries = RestoreJournal::read(error);
     if (!entries) return error.empty() ? std::vector<std::string>() : std::vector{error};
-    std::vector<std::string> lines = machine_settings::putBack(fromJson(*entries));
-    if (lines.empty()) lines.push_back("the machine was already as the journal recorded it");
+    if (livingWriter(*entries)) return {};
+    std::vector<std::string> lines = {"a run ended before it could put this machine back"};
+    const std::vector<std::string> done = machine_settings::putBack(fromJson(*entries));
+    lines.insert(lines.end(), done.begin(), done.end());
+    if (done.empty()) lines.push_back("the machine was already as the journal recorded it");
     RestoreJournal::remove();
     return lines;
 }
