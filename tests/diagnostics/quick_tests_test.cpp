@@ -14,6 +14,7 @@
 #include "smart_battery/smart_battery_component.h"
 #include "support/recording_host.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -100,7 +101,8 @@ INSTANTIATE_TEST_SUITE_P(
         CurveRow{"scale 1 counts as 250", 10000, 6000, 100, 1, ResultFailed},
         CurveRow{"scale 249 counts as 250", 10000, 5004, 249, 249, ResultFailed},
         CurveRow{"no full-charge capacity", 10000, 0, 10, 250, ResultNotApplicable},
-        CurveRow{"no design capacity", 0, 5000, 10, 250, ResultNotApplicable}));
+        CurveRow{"no design capacity", 0, 5000, 10, 250, ResultNotApplicable}),
+    NameBy<&CurveRow::what>());
 
 namespace {
 const char *kLow = keys::LOWER_THAN_EXPECTED_CAPACITY;
@@ -220,7 +222,8 @@ INSTANTIATE_TEST_SUITE_P(
                {0, 0, 0x02},
                false,
                ResultAborted,
-               told({progress(100, kEvent), entry(kEvent, 0)})}));
+               told({progress(100, kEvent), entry(kEvent, 0)})}),
+    NameBy<&RunRow::what>());
 
 TEST(QuickTests, RefuseAnUnusableContextAndAForeignBattery) {
     useScenarioText(smartMachine(kHealthy));
@@ -282,7 +285,11 @@ INSTANTIATE_TEST_SUITE_P(
                                            entry(keys::TEMPERATURE_ABOVE_LIMIT, 1)})},
                       TemperatureRow{95.0, false, ResultSuccess, judged()},
                       TemperatureRow{-273.15, true, ResultAborted, judged(kGone, 0)},
-                      TemperatureRow{-272.8, false, ResultSuccess, judged()}));
+                      TemperatureRow{-272.8, false, ResultSuccess, judged()}),
+    [](const ::testing::TestParamInfo<TemperatureRow> &info) {
+        return testName(std::to_string(static_cast<int>(info.param.celsius * 100)) +
+                        (info.param.flag ? " centidegrees flag set" : " centidegrees flag clear"));
+    });
 
 TEST(TemperatureTest, ReadsTheControllerAnewInEveryRun) {
     useScenarioText(smartMachine(R"("temperature_C": 30, "overTemperature": false)"));
@@ -366,7 +373,8 @@ INSTANTIATE_TEST_SUITE_P(
         GenericRow{"a battery without capacities is passed over",
                    battery(0, 0, 0) + "," + battery(1, 10000, 9000), ResultSuccess, ""},
         GenericRow{"a battery without full-charge capacity is passed over",
-                   battery(0, 10000, 0) + "," + battery(1, 10000, 9000), ResultSuccess, ""}));
+                   battery(0, 10000, 0) + "," + battery(1, 10000, 9000), ResultSuccess, ""}),
+    NameBy<&GenericRow::what>());
 
 // A battery gone since the scan is no longer applicable; an event that comes
 // during that run turns it into the abort report, but leaves a failed verdict.
