@@ -11,6 +11,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "support/test_name.h"
+
 // The host run as a program, the way people and scripts use it.
 
 namespace {
@@ -79,7 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
                       UsageRow{"--time-scale 0.0001 -Mbattery -Q", "'0.0001' is not a", 2},
                       UsageRow{"--run 12.9.9", "no test with identifier '12.9.9'", 2},
                       UsageRow{"--module /nonexistent/battery_module.so --list",
-                               "/nonexistent/battery_module.so", 69}));
+                               "/nonexistent/battery_module.so", 69}),
+    NameBy<&UsageRow::arguments>());
 
 TEST(HostProgram, ExitCodesFollowTheMostSevereResult) {
     const std::pair<const char *, int> rows[] = {
