@@ -32,6 +32,9 @@ if(WIN32)
   target_compile_definitions(project_options INTERFACE
     WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 UNICODE _UNICODE)
   target_link_options(project_options INTERFACE -static -static-libgcc -static-libstdc++)
+  # A DLL without export markings exports all its symbols, but never those
+  # of the runtime linked into it, which every program has its own copy of.
+  target_link_options(project_options INTERFACE -Wl,--exclude-libs,ALL)
 endif()
 
 # A shipped Windows binary carries no debug sections (the static C++ runtime

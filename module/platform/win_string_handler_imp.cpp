@@ -220,7 +220,13 @@ int WinStringHandlerImp::concatN(char *buffer, size_t bufferSize, const char *so
         buffer[0] = '\0';
         return EINVAL;
     }
-    if (count != _TRUNCATE && present + lengthN(source, count) >= bufferSize) {
+    const size_t added = lengthN(source, count);
+    if (present + added < bufferSize) {
+        // Fits whole: asked by its length, since Wine's runtime reports an
+        // exact fit under _TRUNCATE as cut short.
+        return strncat_s(buffer, bufferSize, source, added);
+    }
+    if (count != _TRUNCATE) {
         buffer[0] = '\0';
         return ERANGE;
     }
