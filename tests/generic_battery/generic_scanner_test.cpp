@@ -84,6 +84,8 @@ Change chemistry(const std::string &text) {
     return [text](GenericBatteryInfo &i) { i.chemistry = text; };
 }
 
+const std::string k254(254, 'n');
+
 INSTANTIATE_TEST_SUITE_P(
     Faults, ReadBattery,
     ::testing::Values(
@@ -106,6 +108,11 @@ INSTANTIATE_TEST_SUITE_P(
                  [](GenericBatteryInfo &i) { i.name = i.serialNumber = ""; }},
         ReadCase{"status fails", R"(, "driver": {"statusFails": true})", "", 0,
                  [](GenericBatteryInfo &i) { i.remainingCapacity = i.rate = 0; }},
+        // 254 units and the terminator fill the driver's 255; one unit more
+        // leaves no terminator.
+        ReadCase{"texts at their limit",
+                 R"(, "deviceName": ")" + k254 + R"(", "manufacturer": ")" + k254 + "\"", "", 0,
+                 [](GenericBatteryInfo &i) { i.name = i.manufacturer = k254; }},
         ReadCase{"unterminated texts", R"(, "driver": {"unterminatedTexts": true})", "", 0,
                  [](GenericBatteryInfo &i) {
                      i.name = i.manufacturer = i.serialNumber = "";
