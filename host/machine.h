@@ -6,6 +6,16 @@
 
 #include <nlohmann/json.hpp>
 
+// What the host sees of the machine at one moment of a run, for the report's
+// charts. A display level of -1 is one the machine does not tell.
+struct MachineSample {
+    double atMs = 0;
+    double chargePercent = 0;
+    bool ac = false;
+    int displayLevel = -1;
+    std::string scheme;
+};
+
 // The notebook the host runs on: the emulated one on Linux, the real one on
 // Windows. The host chooses a scenario and the pace of time through it, asks
 // it for the events a run must see, and lets it carry out what a prompt asks.
@@ -28,6 +38,7 @@ public:
     virtual bool userIgnoresPrompts() = 0;
     // Power scheme, brightness, AC line and their changes, for the report.
     virtual nlohmann::json state() = 0;
+    virtual MachineSample sample() = 0;
 };
 
 Machine &currentMachine();

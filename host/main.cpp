@@ -59,6 +59,7 @@ void buildHostOptions(CLI::App &app, HostOptions &options) {
     app.add_option("--time-scale", options.timeScale,
                    "Emulated time runs this many times faster than the wall clock")
         ->check(CLI::PositiveNumber);
+    run_outputs::addOptions(app, options.outputs);
     app.add_option("devices", options.devices, "Batteries to test (default: all)");
     app.set_help_flag("-h,--help", "Show this help and the module's help text");
 }
@@ -181,6 +182,10 @@ int main(int argc, char **argv) {
         }
         return exit_codes::kSuccess;
     }
+    if (command_line::has(args, "--history")) {
+        options.outputs.historyPath = command_line::valueOf(args, "--history-db");
+        return run_outputs::showHistory(options.outputs, command_line::has(args, "--json"));
+    }
     if (!scenario.empty()) {
         const std::string error = machine.selectScenario(scenario);
         if (!error.empty()) return usageError(error, app);
@@ -278,6 +283,13 @@ int main(int argc, char **argv) {
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
     const int code = exit_codes::forResults(results);
+    const RunSummary summary{kHostVersion,
+                             report::version(*library->getVersion()).get<std::string>(),
+                             machine.describe(),
+                             module_session::isSmartPath(*module) ? "smart" : "generic",
+                             report::batteries(*module),
+                             records};
+    run_outputs::write(options.outputs, summary, Language::english());
 
     if (options.json) {
         nlohmann::json document = {
