@@ -88,11 +88,15 @@ std::unique_ptr<HistoryStore> HistoryStore::open(const std::string &path, std::s
     std::string why;
     const int version = userVersion(db, why);
     if (version < 0 || version > kSchemaVersion) {
-        error = version < 0 ? "history " + path + " is not a readable database (" + why +
-                                  "); left untouched, this run is not recorded"
-                            : "history " + path + " has schema version " + std::to_string(version) +
-                                  ", newer than this host's " + std::to_string(kSchemaVersion) +
-                                  "; left untouched, this run is not recorded";
+        const int code = sqlite3_errcode(db);
+        const bool damaged = code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
+        error = version < 0
+                    ? "history " + path +
+                          (damaged ? " is not a readable database (" : " cannot be read (") + why +
+                          "); left untouched, this run is not recorded"
+                    : "history " + path + " has schema version " + std::to_string(version) +
+                          ", newer than this host's " + std::to_string(kSchemaVersion) +
+                          "; left untouched, this run is not recorded";
         sqlite3_close(db);
         return nullptr;
     }

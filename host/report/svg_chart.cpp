@@ -11,7 +11,7 @@ constexpr double kLeft = 56, kRight = 16, kTop = 28, kBottom = 64;
 
 std::string number(double value) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.1f", value);
+    std::snprintf(text, sizeof text, "%.2f", value);
     return text;
 }
 
