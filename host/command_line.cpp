@@ -1,5 +1,8 @@
 #include "command_line.h"
 
+#include <cmath>
+#include <cstdlib>
+
 namespace command_line {
 
 namespace {
@@ -25,6 +28,19 @@ bool has(const std::vector<std::string> &args, const std::string &name) {
         if (arg == name) return true;
     }
     return false;
+}
+
+bool parseTimeScale(const std::string &text, double &scale, std::string &error) {
+    char *end = nullptr;
+    const double value = text.empty() ? 0 : std::strtod(text.c_str(), &end);
+    // NaN fails both comparisons, so it is refused with the rest.
+    if (text.empty() || *end != '\0' || !(value >= kMinTimeScale && value <= kMaxTimeScale)) {
+        error = "--time-scale: '" + text.substr(0, 40) + (text.size() > 40 ? "...'" : "'") +
+                " is not a number from 0.001 to 100000";
+        return false;
+    }
+    scale = value;
+    return true;
 }
 
 void extractDiagnostics(std::vector<std::string> &args,

@@ -51,6 +51,15 @@ bool has(const std::vector<std::string> &args, const std::string &name);
 
 // Takes -M<name> and every diagnostic switch (-Q, -Qh, -Q"h", --quick,
 // --quick=h) out of `args`, leaving the host's own options.
+// How much faster than the wall clock emulated time may run. Faster, the
+// 32-bit tick count would wrap between two looks at it and timeouts could
+// never be seen to pass; slower, a short wait would outlast any patience.
+constexpr double kMinTimeScale = 0.001;
+constexpr double kMaxTimeScale = 100000;
+
+// Reads a --time-scale value; on failure `error` is one short line.
+bool parseTimeScale(const std::string &text, double &scale, std::string &error);
+
 void extractDiagnostics(std::vector<std::string> &args,
                         const std::vector<DiagnosticSwitch> &switches,
                         std::vector<DiagnosticChoice> &choices, std::string &moduleName);

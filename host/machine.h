@@ -24,6 +24,9 @@ public:
     virtual ~Machine() = default;
     // Empty on success, else one line naming the file and the field.
     virtual std::string selectScenario(const std::string &nameOrPath) = 0;
+    // The scenario the machine's surroundings name when the command line
+    // names none; checked as strictly as one the command line names.
+    virtual std::string selectDefaultScenario() { return ""; }
     virtual std::string describe() = 0;
     virtual void setTimeScale(double scale) = 0;
     // Built-in scenarios as name and one line on what each shows.

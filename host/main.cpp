@@ -57,8 +57,8 @@ void buildHostOptions(CLI::App &app, HostOptions &options) {
                  "Discharge test: keep measuring while the charge is above 93 percent");
     app.add_option("--run", options.runIds, "Run a test by identifier, e.g. 12.1.1");
     app.add_option("--time-scale", options.timeScale,
-                   "Emulated time runs this many times faster than the wall clock")
-        ->check(CLI::PositiveNumber);
+                   "Emulated time runs this many times faster than the wall clock "
+                   "(0.001 to 100000)");
     run_outputs::addOptions(app, options.outputs);
     app.add_option("devices", options.devices, "Batteries to test (default: all)");
     app.set_help_flag("-h,--help", "Show this help and the module's help text");
@@ -186,12 +186,17 @@ int main(int argc, char **argv) {
         options.outputs.historyPath = command_line::valueOf(args, "--history-db");
         return run_outputs::showHistory(options.outputs, command_line::has(args, "--json"));
     }
-    if (!scenario.empty()) {
-        const std::string error = machine.selectScenario(scenario);
-        if (!error.empty()) return usageError(error, app);
+    const std::string scenarioError =
+        scenario.empty() ? machine.selectDefaultScenario() : machine.selectScenario(scenario);
+    if (!scenarioError.empty()) return usageError(scenarioError, app);
+    double scale = 1.0;
+    const std::string scaleText = command_line::valueOf(args, "--time-scale");
+    std::string scaleError;
+    if ((!scaleText.empty() || command_line::has(args, "--time-scale")) &&
+        !command_line::parseTimeScale(scaleText, scale, scaleError)) {
+        return usageError(scaleError, app);
     }
-    const std::string scale = command_line::valueOf(args, "--time-scale");
-    machine.setTimeScale(scale.empty() ? 1.0 : std::atof(scale.c_str()));
+    machine.setTimeScale(scale);
 
     std::string loadError;
     std::string path = command_line::valueOf(args, "--module");
@@ -302,7 +307,9 @@ int main(int argc, char **argv) {
             {"exitCode", code}};
         library->releaseInterface();
         document["machineState"] = machine.state();
-        std::cout << document.dump(2) << std::endl;
+        // Texts from a driver may be cut inside a character; they are shown, not refused.
+        std::cout << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
+                  << std::endl;
         return code;
     }
     library->releaseInterface();

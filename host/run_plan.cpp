@@ -179,6 +179,10 @@ bool chooseDevices(ModuleInterface &module, const std::vector<std::string> &ids,
                     "' on this machine (batteries: " + (list.empty() ? "none" : list) + ")";
             return false;
         }
+        // A battery named twice is still one battery to test.
+        if (std::find(plan.deviceIds.begin(), plan.deviceIds.end(), id) != plan.deviceIds.end()) {
+            continue;
+        }
         plan.devices.push_back(manager->getComponent(static_cast<uint32_t>(found - known.begin())));
         plan.deviceIds.push_back(id);
     }

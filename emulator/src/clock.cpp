@@ -1,5 +1,6 @@
 #include "emulator/clock.h"
 
+#include <cmath>
 #include <thread>
 
 namespace emulator {
@@ -61,7 +62,7 @@ void Clock::useRealTime(double scale) {
     virtualMs_ = elapsedLocked();
     virtualAtWallStart_ = virtualMs_;
     wallStart_ = WallClock::now();
-    scale_ = scale > 0 ? scale : 1.0;
+    scale_ = std::isfinite(scale) && scale > 0 ? scale : 1.0;
     realTime_ = true;
 }
 

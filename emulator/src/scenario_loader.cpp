@@ -1,11 +1,10 @@
 #include "emulator/scenario_loader.h"
 
 #include <cstdint>
-#include <fstream>
-#include <sstream>
 
 #include "builtin_scenarios.h"
 #include "json_fields.h"
+#include "scenario_document.h"
 
 namespace emulator {
 
@@ -338,14 +337,21 @@ LoadResult failure(const std::string &message) {
     return result;
 }
 
+LoadResult fieldFailure(const std::string &source, const std::string &field,
+                        const std::string &problem) {
+    return failure("scenario '" + source + "': field '" + oneLine(field) + "': " + problem);
+}
+
 } // namespace
 
 LoadResult parseScenario(const std::string &text, const std::string &source) {
     nlohmann::json document;
-    try {
-        document = nlohmann::json::parse(text);
-    } catch (const nlohmann::json::parse_error &error) {
-        return failure("scenario '" + source + "': not valid JSON (" + error.what() + ")");
+    DocumentError documentError;
+    if (!readScenarioDocument(text, document, documentError)) {
+        if (documentError.field.empty()) {
+            return failure("scenario '" + source + "': " + documentError.problem);
+        }
+        return fieldFailure(source, documentError.field, documentError.problem);
     }
     try {
         LoadResult result;
@@ -354,7 +360,9 @@ LoadResult parseScenario(const std::string &text, const std::string &source) {
         result.ok = true;
         return result;
     } catch (const FieldError &error) {
-        return failure("scenario '" + source + "': field '" + error.field + "': " + error.what());
+        return fieldFailure(source, error.field, error.what());
+    } catch (const nlohmann::json::exception &error) {
+        return failure("scenario '" + source + "': " + error.what());
     }
 }
 
@@ -369,13 +377,10 @@ LoadResult loadScenario(const std::string &nameOrPath) {
         }
         return parseScenario(found->second, "built-in " + nameOrPath);
     }
-    std::ifstream file(nameOrPath, std::ios::binary);
-    if (!file) {
-        return failure("scenario '" + nameOrPath + "': cannot be opened");
-    }
-    std::ostringstream text;
-    text << file.rdbuf();
-    return parseScenario(text.str(), nameOrPath);
+    std::string text;
+    const std::string problem = readScenarioFile(nameOrPath, text);
+    if (!problem.empty()) return failure("scenario '" + nameOrPath + "': " + problem);
+    return parseScenario(text, nameOrPath);
 }
 
 std::vector<BuiltinScenario> builtinScenarios() {

@@ -62,6 +62,11 @@ INSTANTIATE_TEST_SUITE_P(
     Table, MalformedScenario,
     ::testing::Values(
         BadScenario{"{ \"name\": ", "not valid JSON"}, BadScenario{"[]", "expected an object"},
+        BadScenario{R"({"name": "x", "batteries": [{}, {"cycleCount": -1e999}]})",
+                    "field 'batteries[1].cycleCount': number out of range"},
+        BadScenario{R"({"name": "x", "timeline": [{"at_ms": 1, "at_ms": 2}]})",
+                    "field 'timeline[0].at_ms': given twice in one object"},
+        BadScenario{R"({"name": "x", "a\nb": 1})", "field 'a?b': unknown field"},
         BadScenario{"{}", "field 'name': missing"},
         BadScenario{R"({"name": 5})", "field 'name': expected a string"},
         BadScenario{R"({"name": "x", "startTick": -1})", "field 'startTick'"},

@@ -6,16 +6,18 @@
 #include "support/scenario.h"
 
 // One battery on a machine without a controller; `extra` adds or replaces
-// fields of the battery (a later key wins), `machine` adds top-level fields.
+// fields of the battery, `machine` adds top-level fields.
 inline std::string oneBattery(const std::string &extra = "", const std::string &machine = "") {
     return R"({"name": "t", "controller": {"present": false})" + machine + R"(,
-        "batteries": [{"slot": 0, "manufacturer": "Ostrelle", "deviceName": "OS-4C57",
+        "batteries": [)" +
+           withFields(R"({"slot": 0, "manufacturer": "Ostrelle", "deviceName": "OS-4C57",
             "chemistry": "LION", "serialNumber": 4711,
             "manufactureDate": {"year": 2023, "month": 3, "day": 11},
             "designCapacity": 57240, "fullChargeCapacity": 54100, "designVoltage_mV": 11400,
             "temperature_C": 31.6, "cycleCount": 42, "chargePercent": 76,
-            "uniqueId": "OS-4C57-4711")" +
-           extra + "}]}";
+            "uniqueId": "OS-4C57-4711"})",
+                      extra) +
+           "]}";
 }
 
 inline uint64_t openHandles() {

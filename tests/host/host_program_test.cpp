@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
+#include <cctype>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -17,8 +20,10 @@ struct Outcome {
     int exitCode = -1;
 };
 
-Outcome runHost(const std::string &arguments, const std::string &input = "") {
-    std::string command = std::string(HOST_PATH) + " " + arguments + " 2>&1";
+// A host that hangs ends after a while with exit code 124.
+Outcome runHost(const std::string &arguments, const std::string &input = "",
+                const std::string &environment = "") {
+    std::string command = environment + " timeout 60 " + HOST_PATH + " " + arguments + " 2>&1";
     if (!input.empty())
         command = "printf '" + input + "' | " + command;
     else
@@ -67,7 +72,11 @@ INSTANTIATE_TEST_SUITE_P(
                       UsageRow{"--scenario two-batteries -Mbattery -E", "12.2.0 is not offered", 2},
                       UsageRow{"-Mprinter -Q", "no module 'printer'", 2},
                       UsageRow{"--scenario no-such-scenario", "unknown built-in scenario", 2},
-                      UsageRow{"--time-scale -3", "--time-scale", 2},
+                      UsageRow{"--time-scale -3", "'-3' is not a number from 0.001 to 100000", 2},
+                      UsageRow{"--time-scale 1e308 -Mbattery -E --yes", "'1e308' is not a", 2},
+                      UsageRow{"--time-scale nan -Mbattery -E --yes", "'nan' is not a", 2},
+                      UsageRow{"--time-scale 1e12 -Mbattery -Q", "'1e12' is not a", 2},
+                      UsageRow{"--time-scale 0.0001 -Mbattery -Q", "'0.0001' is not a", 2},
                       UsageRow{"--run 12.9.9", "no test with identifier '12.9.9'", 2},
                       UsageRow{"--module /nonexistent/battery_module.so --list",
                                "/nonexistent/battery_module.so", 69}));
@@ -91,7 +100,8 @@ TEST(HostProgram, ExitCodesFollowTheMostSevereResult) {
 }
 
 TEST(HostProgram, TheJsonReportMatchesTheScenario) {
-    const nlohmann::json report = jsonOf("--scenario worn -Mbattery -Q 0");
+    // A battery named twice is tested once.
+    const nlohmann::json report = jsonOf("--scenario worn -Mbattery -Q 0 0");
     EXPECT_EQ(report["moduleVersion"], "4.37.0.209");
     EXPECT_EQ(report["path"], "smart");
     EXPECT_EQ(report["exitCode"], 1);
@@ -136,15 +146,59 @@ TEST(HostProgram, ScenarioListNamesEveryBuiltInScenarioWithWhatItShows) {
     }
 }
 
-TEST(HostProgram, AScenarioFileWithAnErrorNamesFileAndField) {
-    const std::string path = ::testing::TempDir() + "bad-host-scenario.json";
-    std::ofstream(path) << R"({"name": "bad", "batteries": [{"designCapacity": -1}]})";
-    const Outcome outcome = runHost("--scenario " + path + " --list");
-    EXPECT_EQ(outcome.exitCode, 2);
-    EXPECT_NE(outcome.output.find(path), std::string::npos) << outcome.output;
-    EXPECT_NE(outcome.output.find("batteries[0].designCapacity"), std::string::npos);
-    std::remove(path.c_str());
+// A bad scenario is a usage error however it is named: on the command line
+// or through the environment.
+struct ScenarioFileRow {
+    const char *name;
+    const char *content; // "<fifo>" and "<directory>" make one of those instead
+    bool throughEnvironment;
+    const char *named;
+};
+
+class HostScenarioFile : public ::testing::TestWithParam<ScenarioFileRow> {};
+
+TEST_P(HostScenarioFile, IsRefusedWithOneLineNamingFileAndField) {
+    const ScenarioFileRow &row = GetParam();
+    const std::string path = ::testing::TempDir() + "host-scenario-" + row.name;
+    const std::string content = row.content;
+    if (content == "<fifo>") {
+        ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    } else if (content == "<directory>") {
+        ASSERT_EQ(mkdir(path.c_str(), 0700), 0);
+    } else {
+        std::ofstream(path) << content;
+    }
+    const Outcome outcome = row.throughEnvironment
+                                ? runHost("-Mbattery -Q", "", "EMULATED_NOTEBOOK=" + path)
+                                : runHost("--scenario " + path + " -Mbattery -Q");
+    EXPECT_EQ(outcome.exitCode, 2) << outcome.output;
+    const std::string line = outcome.output.substr(0, outcome.output.find('\n'));
+    EXPECT_EQ(line, "error: scenario '" + path + "': " + row.named) << outcome.output;
+    content == "<directory>" ? rmdir(path.c_str()) : std::remove(path.c_str());
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, HostScenarioFile,
+    ::testing::Values(
+        ScenarioFileRow{"negative.json", R"({"name": "n", "batteries": [{"designCapacity": -1}]})",
+                        false,
+                        "field 'batteries[0].designCapacity': expected a whole number from 0"},
+        ScenarioFileRow{"hot.json", R"({"name": "h", "batteries": [{"temperature_C": 1e400}]})",
+                        false, "field 'batteries[0].temperature_C': number out of range"},
+        ScenarioFileRow{"drain.json", R"({"name": "d", "physics": {"drainPerMinute": 2e308}})",
+                        false, "field 'physics.drainPerMinute': number out of range"},
+        ScenarioFileRow{"hot-env.json", R"({"name": "h", "batteries": [{"temperature_C": 1e400}]})",
+                        true, "field 'batteries[0].temperature_C': number out of range"},
+        ScenarioFileRow{"twice.json", R"({"name": "a", "batteries": [{}], "name": "b"})", false,
+                        "field 'name': given twice in one object"},
+        ScenarioFileRow{"pipe", "<fifo>", false, "is a named pipe, not a file"},
+        ScenarioFileRow{"pipe-env", "<fifo>", true, "is a named pipe, not a file"},
+        ScenarioFileRow{"folder", "<directory>", false, "is a directory, not a file"}),
+    [](const ::testing::TestParamInfo<ScenarioFileRow> &info) {
+        std::string name = info.param.name;
+        for (char &c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+        return name;
+    });
 
 TEST(HostProgram, ThePromptIsAnsweredThroughStandardInput) {
     // The charge test asks for the AC cable: Enter plugs it, "n" leaves it.

@@ -32,13 +32,12 @@ std::string valueOf(SmartBatteryComponent &component, const std::string &key) {
 // One battery in slot 0 of an answering controller; `fields` is added to a
 // healthy battery in mWh and may override its fields.
 std::string batteryScenario(const std::string &fields) {
-    std::string battery = R"({"slot": 0, "deviceName": "OS-4C57", "manufacturer": "Ostrelle",
+    const std::string battery = R"({"slot": 0, "deviceName": "OS-4C57", "manufacturer": "Ostrelle",
         "serialNumber": 4711, "capacityUnit": "mWh", "designCapacity": 57240,
         "fullChargeCapacity": 54100, "designVoltage_mV": 11400, "temperature_C": 31.6,
-        "cycleCount": 42)";
-    // JSON keeps the last of two equal keys, so later fields override.
-    if (!fields.empty()) battery += ", " + fields;
-    return R"({"name": "t", "controller": {"present": true}, "batteries": [)" + battery + "}]}";
+        "cycleCount": 42})";
+    return R"({"name": "t", "controller": {"present": true}, "batteries": [)" +
+           withFields(battery, fields) + "]}";
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "emulator/notebook.h"
 
@@ -16,4 +17,15 @@ inline void useScenarioText(const std::string &json) {
 inline void useScenario(const std::string &nameOrPath) {
     const emulator::LoadResult result = emulator::Notebook::instance().load(nameOrPath);
     ASSERT_TRUE(result.ok) << result.error;
+}
+
+// `object` (JSON object text) with `fields` ("a": 1, "b": 2, a leading comma
+// allowed) put in, replacing fields of the same name: a scenario refuses a
+// key given twice.
+inline std::string withFields(const std::string &object, std::string fields) {
+    nlohmann::json merged = nlohmann::json::parse(object);
+    const size_t start = fields.find_first_not_of(" \n,");
+    fields = start == std::string::npos ? "" : fields.substr(start);
+    merged.update(nlohmann::json::parse("{" + fields + "}"));
+    return merged.dump();
 }

@@ -23,6 +23,9 @@ public:
         const emulator::LoadResult result = notebook().load(nameOrPath);
         return result.ok ? std::string() : result.error;
     }
+    std::string selectDefaultScenario() override {
+        return selectScenario(emulator::Notebook::scenarioFromEnvironment());
+    }
     std::string describe() override {
         return "emulated notebook '" + notebook().scenario().name + "'";
     }

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "emulator/notebook.h"
+#include "platform_layer/machine.h"
 
 namespace {
 thread_local DWORD lastError = ERROR_SUCCESS;
@@ -13,11 +13,11 @@ thread_local DWORD lastError = ERROR_SUCCESS;
 extern "C" {
 
 DWORD GetTickCount(void) {
-    return emulator::Notebook::instance().clock().tickCount();
+    return platform_layer::currentMachine().tickCount();
 }
 
 void Sleep(DWORD milliseconds) {
-    emulator::Notebook::instance().clock().sleep(milliseconds);
+    platform_layer::currentMachine().sleep(milliseconds);
 }
 
 DWORD GetLastError(void) {

@@ -1,5 +1,5 @@
 // The instrumentation client's COM objects: locator, services, enumerator
-// and class object, over the emulated notebook's instrumentation service.
+// and class object, over the machine's instrumentation service.
 
 #include <wbemidl.h>
 
@@ -8,8 +8,7 @@
 #include <vector>
 
 #include "com_objects.h"
-#include "emulator/instrumentation_service.h"
-#include "emulator/notebook.h"
+#include "platform_layer/machine.h"
 
 extern "C" {
 const CLSID CLSID_WbemLocator = {
@@ -26,9 +25,10 @@ const IID IID_IWbemClassObject = {
 
 namespace {
 
-emulator::Counters &counters() {
-    return emulator::Notebook::instance().counters();
-}
+using platform_layer::currentMachine;
+using platform_layer::InstrumentationInstance;
+using platform_layer::InstrumentationValue;
+using platform_layer::LayerEvent;
 
 // Narrow text of a UTF-16 string; units beyond one byte become '?'.
 std::string narrow(const WCHAR *text) {
@@ -52,10 +52,9 @@ std::basic_string<WCHAR> widen(const std::string &text) {
 template <typename Interface> class ComObject : public Interface {
 public:
     explicit ComObject(const IID &iid) : iid_(iid) {
-        ++counters().comObjects;
-        ++counters().comObjectsMade;
+        currentMachine().note(LayerEvent::ComObjectMade);
     }
-    virtual ~ComObject() { --counters().comObjects; }
+    virtual ~ComObject() { currentMachine().note(LayerEvent::ComObjectReleased); }
     ComObject(const ComObject &) = delete;
     ComObject &operator=(const ComObject &) = delete;
 
@@ -85,15 +84,15 @@ constexpr HRESULT kNotSupported = WBEM_E_NOT_SUPPORTED;
 
 class ClassObject : public ComObject<IWbemClassObject> {
 public:
-    explicit ClassObject(emulator::WmiInstance row)
+    explicit ClassObject(InstrumentationInstance row)
         : ComObject(IID_IWbemClassObject), row_(std::move(row)) {}
 
     HRESULT STDMETHODCALLTYPE Get(LPCWSTR name, LONG flags, VARIANT *value, CIMTYPE *type,
                                   LONG *flavor) override {
         if (name == nullptr || flags != 0) return WBEM_E_INVALID_PARAMETER;
-        if (emulator::Notebook::instance().com().fails("Get")) return WBEM_E_FAILED;
+        if (currentMachine().comStepFails("Get")) return WBEM_E_FAILED;
         const std::string wanted = narrow(name);
-        const emulator::WmiValue *found = nullptr;
+        const InstrumentationValue *found = nullptr;
         for (const auto &property : row_) {
             if (property.first.size() != wanted.size()) continue;
             bool same = true;
@@ -105,17 +104,17 @@ public:
         if (found == nullptr) return WBEM_E_NOT_FOUND;
         if (value != nullptr) {
             VariantInit(value);
-            if (found->kind == emulator::WmiValue::Text) {
+            if (found->kind == InstrumentationValue::Text) {
                 value->vt = VT_BSTR;
                 value->bstrVal = SysAllocString(widen(found->text).c_str());
-            } else if (found->kind == emulator::WmiValue::Int32) {
+            } else if (found->kind == InstrumentationValue::Int32) {
                 value->vt = VT_I4;
                 value->lVal = found->number;
             } else {
                 value->vt = VT_NULL;
             }
         }
-        if (type != nullptr) *type = found->kind == emulator::WmiValue::Int32 ? 3 : 8;
+        if (type != nullptr) *type = found->kind == InstrumentationValue::Int32 ? 3 : 8;
         if (flavor != nullptr) *flavor = 0;
         return WBEM_S_NO_ERROR;
     }
@@ -170,13 +169,13 @@ public:
     HRESULT STDMETHODCALLTYPE GetMethodOrigin(LPCWSTR, BSTR *) override { return kNotSupported; }
 
 private:
-    emulator::WmiInstance row_;
+    InstrumentationInstance row_;
 };
 
 // A forward-only enumerator over the rows of one answer.
 class Enumerator : public ComObject<IEnumWbemClassObject> {
 public:
-    explicit Enumerator(std::vector<emulator::WmiInstance> rows)
+    explicit Enumerator(std::vector<InstrumentationInstance> rows)
         : ComObject(IID_IEnumWbemClassObject), rows_(std::move(rows)) {}
 
     HRESULT STDMETHODCALLTYPE Next(LONG, ULONG count, IWbemClassObject **objects,
@@ -195,7 +194,7 @@ public:
     HRESULT STDMETHODCALLTYPE Skip(LONG, ULONG) override { return kNotSupported; }
 
 private:
-    std::vector<emulator::WmiInstance> rows_;
+    std::vector<InstrumentationInstance> rows_;
     size_t next_ = 0;
 };
 
@@ -208,11 +207,11 @@ public:
         if (enumerator == nullptr) return WBEM_E_INVALID_PARAMETER;
         *enumerator = nullptr;
         if (language == nullptr || query == nullptr) return WBEM_E_INVALID_PARAMETER;
-        emulator::Notebook &notebook = emulator::Notebook::instance();
-        ++notebook.counters().wmiQueries;
-        if (notebook.com().fails("ExecQuery")) return WBEM_E_FAILED;
-        const emulator::WmiAnswer answer = emulator::InstrumentationService::query(
-            notebook.scenario(), narrow(language), narrow(query));
+        platform_layer::Machine &machine = currentMachine();
+        machine.note(LayerEvent::InstrumentationQueried);
+        if (machine.comStepFails("ExecQuery")) return WBEM_E_FAILED;
+        const platform_layer::InstrumentationAnswer answer =
+            machine.query(narrow(language), narrow(query));
         if (answer.status != 0) return answer.status;
         *enumerator = new Enumerator(answer.rows);
         return WBEM_S_NO_ERROR;
@@ -315,9 +314,8 @@ public:
                                             IWbemServices **services) override {
         if (services == nullptr) return WBEM_E_INVALID_PARAMETER;
         *services = nullptr;
-        if (emulator::Notebook::instance().com().fails("ConnectServer")) return E_ACCESSDENIED;
-        if (resource == nullptr ||
-            !emulator::InstrumentationService::knowsNamespace(narrow(resource))) {
+        if (currentMachine().comStepFails("ConnectServer")) return E_ACCESSDENIED;
+        if (resource == nullptr || !currentMachine().knowsNamespace(narrow(resource))) {
             return WBEM_E_INVALID_NAMESPACE;
         }
         *services = new Services();

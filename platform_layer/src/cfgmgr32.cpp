@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-#include "emulator/notebook.h"
+#include "platform_layer/machine.h"
 
 namespace {
 constexpr DEVINST kRootNode = 1;
@@ -30,7 +30,7 @@ CONFIGRET CM_Locate_DevNodeA(PDEVINST devInst, DEVINSTID_A deviceId, ULONG flags
 CONFIGRET CM_Reenumerate_DevNode(DEVINST devInst, ULONG flags) {
     if ((flags & ~CM_REENUMERATE_SYNCHRONOUS) != 0) return CR_INVALID_FLAG;
     if (devInst != kRootNode) return CR_INVALID_DEVNODE;
-    ++emulator::Notebook::instance().counters().reenumerations;
+    platform_layer::currentMachine().note(platform_layer::LayerEvent::DeviceTreeReenumerated);
     return CR_SUCCESS;
 }
 }

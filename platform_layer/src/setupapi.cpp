@@ -1,4 +1,5 @@
-// Device-information sets over the emulated device registry.
+// Device-information sets over the machine's battery devices. A set is a
+// snapshot taken when it is made, as on Windows.
 
 #include <setupapi.h>
 
@@ -9,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "emulator/notebook.h"
+#include "platform_layer/machine.h"
 #include "wide_text.h"
 
 namespace {
@@ -21,6 +22,8 @@ constexpr GUID kBatteryGuid = {
 struct DeviceInfoSet {
     bool interfaces = false; // a set of device interfaces rather than of class devices
     size_t members = 0;
+    std::vector<platform_layer::SetupDevice> classDevices;
+    std::vector<std::string> interfacePaths;
 };
 
 std::set<DeviceInfoSet *> &liveSets() {
@@ -37,16 +40,20 @@ HDEVINFO makeSet(const GUID *guid, DWORD flags) {
     if (guid == nullptr && (flags & DIGCF_ALLCLASSES) == 0) {
         return win32::fail(ERROR_INVALID_PARAMETER, INVALID_HANDLE_VALUE);
     }
-    emulator::DeviceRegistry &registry = emulator::Notebook::instance().registry();
+    platform_layer::Machine &machine = platform_layer::currentMachine();
     auto set = std::make_unique<DeviceInfoSet>();
     set->interfaces = (flags & DIGCF_DEVICEINTERFACE) != 0;
     const bool battery = guid != nullptr && *guid == kBatteryGuid;
     if (battery || (flags & DIGCF_ALLCLASSES) != 0) {
-        set->members =
-            set->interfaces ? registry.batteryInterfaces.size() : registry.classDevices.size();
+        if (set->interfaces) {
+            set->interfacePaths = machine.batteryInterfacePaths();
+            set->members = set->interfacePaths.size();
+        } else {
+            set->classDevices = machine.batteryClassDevices();
+            set->members = set->classDevices.size();
+        }
     }
-    ++registry.openSets;
-    ++registry.setsCreated;
+    machine.note(platform_layer::LayerEvent::DeviceSetOpened);
     DeviceInfoSet *raw = set.release();
     liveSets().insert(raw);
     SetLastError(ERROR_SUCCESS);
@@ -75,7 +82,7 @@ BOOL interfaceDetail(HDEVINFO handle, PSP_DEVICE_INTERFACE_DATA data, Detail *de
         return win32::fail(ERROR_INVALID_PARAMETER, FALSE);
     }
     std::basic_string<Unit> path;
-    convert(emulator::Notebook::instance().registry().batteryInterfaces[data->Reserved], path);
+    convert(set->interfacePaths[data->Reserved], path);
     const DWORD header = offsetof(Detail, DevicePath);
     const DWORD needed = static_cast<DWORD>(header + (path.size() + 1) * sizeof(Unit));
     if (requiredSize != nullptr) *requiredSize = needed;
@@ -132,14 +139,13 @@ BOOL SetupDiGetDeviceRegistryPropertyA(HDEVINFO handle, PSP_DEVINFO_DATA data, D
         data->Reserved >= set->members) {
         return win32::fail(ERROR_INVALID_PARAMETER, FALSE);
     }
-    const auto &devices = emulator::Notebook::instance().registry().classDevices;
-    if (set->interfaces || data->Reserved >= devices.size()) {
+    if (set->interfaces || data->Reserved >= set->classDevices.size()) {
         return win32::fail(ERROR_INVALID_DATA, FALSE);
     }
-    const emulator::ClassDevice &device = devices[data->Reserved];
+    const platform_layer::SetupDevice &device = set->classDevices[data->Reserved];
     std::string text;
-    if (property == SPDRP_DRIVER && device.hasDriverKey) {
-        text = device.driverKey;
+    if (property == SPDRP_DRIVER && device.driverKey) {
+        text = *device.driverKey;
     } else if (property == SPDRP_DEVICEDESC) {
         text = device.description;
     } else {
@@ -185,7 +191,7 @@ BOOL SetupDiDestroyDeviceInfoList(HDEVINFO handle) {
     if (set == nullptr) return win32::fail(ERROR_INVALID_HANDLE, FALSE);
     liveSets().erase(set);
     delete set;
-    --emulator::Notebook::instance().registry().openSets;
+    platform_layer::currentMachine().note(platform_layer::LayerEvent::DeviceSetDestroyed);
     return TRUE;
 }
 }

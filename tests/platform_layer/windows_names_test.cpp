@@ -25,7 +25,7 @@ constexpr const char *kTwoBatteries = R"({"name": "two", "batteries": [{"slot": 
 
 } // namespace
 
-TEST(Win32Layer, RecordSizesAreThoseOf64BitWindows) {
+TEST(PlatformLayer, RecordSizesAreThoseOf64BitWindows) {
     EXPECT_EQ(sizeof(GUID), 16u);
     EXPECT_EQ(sizeof(SYSTEM_POWER_STATUS), 12u);
     EXPECT_EQ(sizeof(SP_DEVINFO_DATA), 32u);
@@ -37,7 +37,7 @@ TEST(Win32Layer, RecordSizesAreThoseOf64BitWindows) {
     EXPECT_EQ(sizeof(LONG), 4u);
 }
 
-TEST(Win32Layer, ClassDevicesAndTheirDriverKeysFollowTheSizeProtocol) {
+TEST(PlatformLayer, ClassDevicesAndTheirDriverKeysFollowTheSizeProtocol) {
     install(kTwoBatteries);
     HDEVINFO set = SetupDiGetClassDevsA(&kBattery, nullptr, nullptr, 0);
     ASSERT_NE(set, INVALID_HANDLE_VALUE);
@@ -66,7 +66,7 @@ TEST(Win32Layer, ClassDevicesAndTheirDriverKeysFollowTheSizeProtocol) {
     EXPECT_EQ(emulator::Notebook::instance().registry().openSets, 0u);
 }
 
-TEST(Win32Layer, DriverVersionThroughTheRegistry) {
+TEST(PlatformLayer, DriverVersionThroughTheRegistry) {
     install(R"({"name": "r", "os": {"batteryClassDevices": [
         {"driverKey": "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}\\0000", "driverVersion": "1.2.3"},
         {"driverKey": "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}\\0001"}, {}]}})");
@@ -107,7 +107,7 @@ TEST(Win32Layer, DriverVersionThroughTheRegistry) {
     SetupDiDestroyDeviceInfoList(set);
 }
 
-TEST(Win32Layer, BatteryInterfacesGiveTheirPaths) {
+TEST(PlatformLayer, BatteryInterfacesGiveTheirPaths) {
     install(kTwoBatteries);
     HDEVINFO set =
         SetupDiGetClassDevsW(&kBattery, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
@@ -130,7 +130,7 @@ TEST(Win32Layer, BatteryInterfacesGiveTheirPaths) {
     EXPECT_EQ(paths[1], emulator::batteryDevicePath(1));
 }
 
-TEST(Win32Layer, HandlesOpenControlAndCloseOnce) {
+TEST(PlatformLayer, HandlesOpenControlAndCloseOnce) {
     install(kTwoBatteries);
     auto &devices = emulator::Notebook::instance().devices();
     EXPECT_EQ(CreateFileA("\\\\.\\NOPE", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr),
@@ -150,7 +150,7 @@ TEST(Win32Layer, HandlesOpenControlAndCloseOnce) {
     EXPECT_EQ(devices.openHandles(), 0u);
 }
 
-TEST(Win32Layer, PowerStatusFlagsFollowTheBatteries) {
+TEST(PlatformLayer, PowerStatusFlagsFollowTheBatteries) {
     struct Row {
         const char *json;
         BYTE line, flag, percent;

@@ -3,17 +3,17 @@
 #include <windows.h>
 
 #include <cstring>
+#include <optional>
 
-#include "emulator/notebook.h"
+#include "platform_layer/machine.h"
 
 extern "C" LSTATUS RegGetValueA(HKEY key, LPCSTR subKey, LPCSTR value, DWORD flags, LPDWORD type,
                                 PVOID data, LPDWORD dataSize) {
     if (data != nullptr && dataSize == nullptr) return ERROR_INVALID_PARAMETER;
-    const emulator::DeviceRegistry &registry = emulator::Notebook::instance().registry();
-    const std::string path = subKey != nullptr ? subKey : "";
-    if (key != HKEY_LOCAL_MACHINE || !registry.keyExists(path)) return ERROR_FILE_NOT_FOUND;
-    const std::string *text = registry.value(path, value != nullptr ? value : "");
-    if (text == nullptr) return ERROR_FILE_NOT_FOUND;
+    if (key != HKEY_LOCAL_MACHINE) return ERROR_FILE_NOT_FOUND;
+    const std::optional<std::string> text = platform_layer::currentMachine().registryText(
+        subKey != nullptr ? subKey : "", value != nullptr ? value : "");
+    if (!text) return ERROR_FILE_NOT_FOUND;
     if ((flags & RRF_RT_REG_SZ) == 0) return ERROR_UNSUPPORTED_TYPE;
     if (type != nullptr) *type = REG_SZ;
 

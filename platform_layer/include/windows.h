@@ -1,7 +1,7 @@
 #pragma once
 
 // The subset of the Windows API that the module and the host library use,
-// answered by the emulated notebook. Types have the widths of 64-bit
+// answered by the machine the platform layer speaks for. Types have the widths of 64-bit
 // Windows: DWORD, ULONG and UINT 32-bit unsigned; LONG, BOOL and HRESULT
 // 32-bit signed; WCHAR a 16-bit unit; HANDLE a pointer.
 

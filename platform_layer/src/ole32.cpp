@@ -4,34 +4,32 @@
 #include <wbemidl.h>
 
 #include "com_objects.h"
-#include "emulator/notebook.h"
+#include "platform_layer/machine.h"
 
 extern "C" {
 
 const IID IID_IUnknown = {0x00000000, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 
 HRESULT CoInitializeEx(LPVOID, DWORD coInit) {
-    emulator::Notebook &notebook = emulator::Notebook::instance();
-    return notebook.com().initialize(coInit, notebook.counters());
+    return platform_layer::currentMachine().comInitialize(coInit);
 }
 
 void CoUninitialize(void) {
-    emulator::Notebook &notebook = emulator::Notebook::instance();
-    notebook.com().uninitialize(notebook.counters());
+    platform_layer::currentMachine().comUninitialize();
 }
 
 HRESULT CoInitializeSecurity(PSECURITY_DESCRIPTOR, LONG, SOLE_AUTHENTICATION_SERVICE *, void *,
                              DWORD, DWORD, void *, DWORD, void *) {
-    return emulator::Notebook::instance().com().initializeSecurity();
+    return platform_layer::currentMachine().comInitializeSecurity();
 }
 
 HRESULT CoCreateInstance(REFCLSID clsid, LPUNKNOWN outer, DWORD context, REFIID iid,
                          LPVOID *object) {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
-    emulator::ComRuntime &com = emulator::Notebook::instance().com();
-    if (!com.usable()) return CO_E_NOTINITIALIZED;
-    if (com.fails("CoCreateInstance") || clsid != CLSID_WbemLocator ||
+    platform_layer::Machine &machine = platform_layer::currentMachine();
+    if (!machine.comUsable()) return CO_E_NOTINITIALIZED;
+    if (machine.comStepFails("CoCreateInstance") || clsid != CLSID_WbemLocator ||
         (context & CLSCTX_INPROC_SERVER) == 0) {
         return REGDB_E_CLASSNOTREG;
     }
@@ -42,7 +40,7 @@ HRESULT CoCreateInstance(REFCLSID clsid, LPUNKNOWN outer, DWORD context, REFIID 
 HRESULT CoSetProxyBlanket(IUnknown *proxy, DWORD, DWORD, OLECHAR *, DWORD, DWORD,
                           RPC_AUTH_IDENTITY_HANDLE, DWORD) {
     if (proxy == nullptr) return E_INVALIDARG;
-    if (emulator::Notebook::instance().com().fails("CoSetProxyBlanket")) return E_ACCESSDENIED;
+    if (platform_layer::currentMachine().comStepFails("CoSetProxyBlanket")) return E_ACCESSDENIED;
     return S_OK;
 }
 }

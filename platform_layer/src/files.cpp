@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "emulator/notebook.h"
+#include "platform_layer/machine.h"
 #include "wide_text.h"
 
 extern "C" {
@@ -13,7 +13,7 @@ HANDLE CreateFileA(LPCSTR fileName, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD d
     // Devices exist already; nothing here creates a file.
     if (disposition != OPEN_EXISTING) return win32::fail(ERROR_ACCESS_DENIED, INVALID_HANDLE_VALUE);
     void *handle = nullptr;
-    const uint32_t error = emulator::Notebook::instance().devices().open(fileName, &handle);
+    const uint32_t error = platform_layer::currentMachine().openDevice(fileName, &handle);
     if (error != 0) return win32::fail(error, INVALID_HANDLE_VALUE);
     SetLastError(ERROR_SUCCESS);
     return handle;
@@ -29,7 +29,7 @@ HANDLE CreateFileW(LPCWSTR fileName, DWORD access, DWORD share, LPSECURITY_ATTRI
 BOOL DeviceIoControl(HANDLE device, DWORD code, LPVOID input, DWORD inputSize, LPVOID output,
                      DWORD outputSize, LPDWORD bytesReturned, LPOVERLAPPED) {
     uint32_t returned = 0;
-    const uint32_t error = emulator::Notebook::instance().devices().control(
+    const uint32_t error = platform_layer::currentMachine().controlDevice(
         device, code, input, inputSize, output, outputSize, &returned);
     if (bytesReturned != nullptr) *bytesReturned = returned;
     if (error != 0) return win32::fail(error, FALSE);
@@ -37,7 +37,7 @@ BOOL DeviceIoControl(HANDLE device, DWORD code, LPVOID input, DWORD inputSize, L
 }
 
 BOOL CloseHandle(HANDLE handle) {
-    if (!emulator::Notebook::instance().devices().close(handle)) {
+    if (!platform_layer::currentMachine().closeDevice(handle)) {
         return win32::fail(ERROR_INVALID_HANDLE, FALSE);
     }
     return TRUE;
