@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr double kLeft = 56, kRight = 16, kTop = 28, kBottom = 64;
+constexpr double kLeft = 56, kRight = 16, kTop = 28, kBottom = 72;
 
 std::string number(double value) {
     char text[32];
@@ -130,16 +130,22 @@ std::string SvgChart::axes() const {
     return out + "</g>\n";
 }
 
+// The keys run in rows under the chart, a second row when the first is full.
 std::string SvgChart::legend() const {
     std::string out = "<g class=\"legend\">";
     double x = kLeft;
-    const double y = kHeight - 12;
+    double y = kHeight - 22;
     for (const auto &entry : legend_) {
+        const double width = 28 + 6.2 * static_cast<double>(entry.second.size());
+        if (x > kLeft && x + width > kWidth) {
+            x = kLeft;
+            y += 15;
+        }
         out += "<rect class=\"key " + entry.first + "\" x=\"" + number(x) + "\" y=\"" +
                number(y - 9) + "\" width=\"12\" height=\"10\"/>";
         out += "<text x=\"" + number(x + 16) + "\" y=\"" + number(y) + "\">" +
                escapedHtml(entry.second) + "</text>";
-        x += 28 + 6.2 * static_cast<double>(entry.second.size());
+        x += width;
     }
     return out + "</g>\n";
 }
