@@ -143,7 +143,8 @@ public:
         if (!sameIgnoringCase(name, "DriverVersion")) return std::nullopt;
         const size_t devices = batteryClassDevices().size();
         for (size_t index = 0; index < devices; ++index) {
-            if (sameIgnoringCase(keyPath, kDriverClassRoot + driverKey(index))) return kernelRelease();
+            if (sameIgnoringCase(keyPath, kDriverClassRoot + driverKey(index)))
+                return kernelRelease();
         }
         return std::nullopt;
     }

@@ -39,8 +39,7 @@ void HostQuickRunOnTwoBatteries(benchmark::State &state) {
         pid_t child = 0;
         int status = -1;
         if (posix_spawn(&child, HOST_PATH, &quiet, nullptr, arguments, environ) != 0 ||
-            waitpid(child, &status, 0) != child || !WIFEXITED(status) ||
-            WEXITSTATUS(status) != 0) {
+            waitpid(child, &status, 0) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
             state.SkipWithError("the host's quick run did not pass");
             break;
         }
