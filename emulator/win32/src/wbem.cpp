@@ -111,6 +111,13 @@ public:
             } else if (found->kind == emulator::WmiValue::Int32) {
                 value->vt = VT_I4;
                 value->lVal = found->number;
+            } else if (found->kind == emulator::WmiValue::Raw) {
+                value->vt = found->raw.type;
+                if (found->raw.type == VT_BSTR) {
+                    value->bstrVal = SysAllocString(widen(found->raw.text).c_str());
+                } else {
+                    value->ullVal = found->raw.bits;
+                }
             } else {
                 value->vt = VT_NULL;
             }
