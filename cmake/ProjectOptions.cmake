@@ -40,4 +40,22 @@ if(WIN32)
   target_compile_definitions(project_options INTERFACE
     WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 UNICODE _UNICODE)
   target_link_options(project_options INTERFACE -static -static-libgcc -static-libstdc++)
+  # A DLL without export markings exports all its symbols, but never those
+  # of the runtime linked into it, which every program has its own copy of.
+  target_link_options(project_options INTERFACE -Wl,--exclude-libs,ALL)
 endif()
+
+# A shipped Windows binary carries no debug sections (the static C++ runtime
+# brings its own); they go to <file>.debug beside it, which the binary names
+# through a debug link, so a debugger still finds them.
+function(battery_separate_debug_info target)
+  if(NOT WIN32 OR NOT CMAKE_BUILD_TYPE STREQUAL "Release" OR NOT CMAKE_OBJCOPY)
+    return()
+  endif()
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> $<TARGET_FILE:${target}>.debug
+    COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=$<TARGET_FILE:${target}>.debug
+            $<TARGET_FILE:${target}>
+    WORKING_DIRECTORY $<TARGET_FILE_DIR:${target}>
+    VERBATIM)
+endfunction()

@@ -5,6 +5,8 @@ void buildHostOptions(CLI::App &app, HostOptions &options) {
                    "Path of the module library (default: beside this program)");
     app.add_option("--scenario", options.scenario,
                    "Emulated notebook: a built-in name, a JSON file, or 'list'");
+    app.add_flag("--this-machine", options.thisMachine,
+                 "Read this computer's batteries instead of the emulated notebook's");
     app.add_flag("--list", options.list, "List diagnostics, tests and batteries");
     app.add_flag("--version", options.version, "Print the host's and the module's versions");
     app.add_flag("--json", options.json, "Print one JSON report instead of text");

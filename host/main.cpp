@@ -25,6 +25,7 @@
 #include "report.h"
 #include "run_plan.h"
 #include "run_view.h"
+#include "stop_signals.h"
 
 namespace {
 
@@ -126,7 +127,7 @@ std::vector<RunRecord> runPlan(ModuleInterface &module, const RunPlan &plan,
             flow.lastNumber = 1;
             test->setParameter(flow);
         }
-        for (size_t d = 0; d < plan.devices.size() && gStopRequested == 0; ++d) {
+        for (size_t d = 0; d < plan.devices.size() && !stop_signals::requested(); ++d) {
             RunRecord record;
             record.testId = module_session::idText(test->getEntityId());
             record.testName = resource->getTestName(test->getEntityId());
@@ -152,6 +153,7 @@ int main(int argc, char **argv) {
     app.footer(kHostHelpFooter);
 
     // The module is loaded first: its option tables add options.
+    if (command_line::has(args, "--this-machine")) useThisMachine();
     Machine &machine = currentMachine();
     const std::string scenario = command_line::valueOf(args, "--scenario");
     if (scenario == "list") {
@@ -169,6 +171,9 @@ int main(int argc, char **argv) {
     if ((!scaleText.empty() || command_line::has(args, "--time-scale")) &&
         !command_line::parseTimeScale(scaleText, scale, scaleError)) {
         return usageError(scaleError, app);
+    }
+    for (const std::string &line : machine.putBackWhatARunLeft()) {
+        std::fprintf(stderr, "restore journal: %s\n", line.c_str());
     }
     machine.setTimeScale(scale);
 
@@ -243,6 +248,14 @@ int main(int argc, char **argv) {
         return usageError(planError, app);
     }
 
+    if (!machine.allowsChanges() && run_plan::includesExtended(plan)) {
+        library->releaseInterface();
+        return usageError("the extended diagnostic changes the display and the power scheme; "
+                          "it is not offered on " +
+                              machine.describe() + " yet",
+                          app);
+    }
+
     RunView view(RunView::modeFor(options.json), RunView::colourWanted(), options.rawKeys,
                  Language::english());
     const bool listOnly = plan.tests.empty();
@@ -257,8 +270,18 @@ int main(int argc, char **argv) {
         library->releaseInterface();
         return ResultNotApplicable;
     }
-    installStopHandler();
+    stop_signals::install();
+    const bool changesMachine = std::any_of(plan.tests.begin(), plan.tests.end(),
+                                            [](Test *test) { return test->isInteractive(); });
+    std::string journalError;
+    if (changesMachine && !machine.recordSettings(journalError)) {
+        std::fprintf(stderr, "error: %s; an extended test needs it to put the machine back\n",
+                     journalError.c_str());
+        library->releaseInterface();
+        return exit_codes::kUsage;
+    }
     const std::vector<RunRecord> records = runPlan(*module, plan, options, machine, view);
+    if (changesMachine) machine.settingsPutBack();
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
     const int code = exit_codes::forResults(results);
@@ -272,13 +295,17 @@ int main(int argc, char **argv) {
             {"batteries", report::batteries(*module)},
             {"runs", report::runs(records)},
             {"exitCode", code}};
+        if (stop_signals::received() != 0) document["stoppedBy"] = stop_signals::received();
         library->releaseInterface();
         document["machineState"] = machine.state();
         // Texts from a driver may be cut inside a character; they are shown, not refused.
         std::cout << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
                   << std::endl;
+        stop_signals::endLikeTheSignal();
         return code;
     }
     library->releaseInterface();
+    std::fflush(stdout);
+    stop_signals::endLikeTheSignal();
     return code;
 }

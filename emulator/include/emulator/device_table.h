@@ -9,8 +9,8 @@
 
 namespace emulator {
 
-// A device that the platform layer can open by path and send I/O control
-// requests to. Results are Windows error codes: 0 success.
+// A device that can be opened by path and sent I/O control
+// requests. Results are Windows error codes: 0 success.
 class Device {
 public:
     virtual ~Device() = default;

@@ -18,8 +18,8 @@
 
 namespace emulator {
 
-// The one emulated machine of the process. The platform layer, the host
-// library stand-ins and the host all reach it here.
+// The one emulated machine of the process. Whatever answers the module's
+// Windows calls, and the host, reach it here.
 class EMULATOR_API Notebook {
 public:
     static Notebook &instance();
@@ -45,7 +45,7 @@ public:
         ensureInstalled();
         return portTrace_;
     }
-    // COM on the module's thread; the platform layer's COM calls land here.
+    // COM on the module's thread.
     ComRuntime &com() {
         ensureInstalled();
         return com_;

@@ -1,8 +1,9 @@
 #include "portlib/port_gate.h"
 
-#include "emulator/notebook.h"
+#include "platform_layer/machine.h"
 
-// Reaches the emulated notebook's embedded controller.
+// Reaches the ports of the machine the platform layer answers from: the
+// emulated notebook's embedded controller, or nothing on this machine.
 namespace portlib {
 
 Result::~Result() = default;
@@ -13,11 +14,11 @@ PortGate &PortGate::Instance() {
 }
 
 Result PortGate::outbyte(uint16_t port, uint8_t value) {
-    return Result(emulator::Notebook::instance().portWrite(port, value));
+    return Result(platform_layer::currentMachine().writePort(port, value));
 }
 
 Result PortGate::inbyte(uint16_t port, uint8_t *value) {
-    return Result(emulator::Notebook::instance().portRead(port, value));
+    return Result(platform_layer::currentMachine().readPort(port, value));
 }
 
 } // namespace portlib
