@@ -37,7 +37,8 @@ std::vector<TestParameter> parametersFrom(FuzzInput &input) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    static FuzzModule module("default");
+    // A fresh module each time: a test keeps every parameter set on it.
+    const FuzzModule module("default");
     FuzzInput input(data, size);
     const std::vector<TestParameter> parameters = parametersFrom(input);
     SystemComponentManager *manager = module->getComponentManager();
