@@ -26,6 +26,9 @@ InstrumentationAnswer converted(const emulator::WmiAnswer &answer) {
             value.kind = static_cast<InstrumentationValue::Kind>(property.second.kind);
             value.text = property.second.text;
             value.number = property.second.number;
+            value.variantType = property.second.raw.type;
+            value.bits = property.second.raw.bits;
+            if (value.kind == InstrumentationValue::Raw) value.text = property.second.raw.text;
             instance.emplace(property.first, value);
         }
         result.rows.push_back(std::move(instance));

@@ -56,15 +56,16 @@ std::string kernelRelease() {
 
 InstrumentationInstance batteryInstance(PowerSupply &battery) {
     InstrumentationInstance instance;
-    instance["DeviceID"] = {InstrumentationValue::Text, *battery_records::uniqueId(battery), 0};
+    instance["DeviceID"] = {InstrumentationValue::Text, *battery_records::uniqueId(battery), 0, 0,
+                            0};
     const std::optional<std::string> model = battery.modelName();
-    instance["Name"] = model ? InstrumentationValue{InstrumentationValue::Text, *model, 0}
+    instance["Name"] = model ? InstrumentationValue{InstrumentationValue::Text, *model, 0, 0, 0}
                              : InstrumentationValue{};
     // A uint64 property travels as text.
     const std::optional<int64_t> voltage = battery_records::designVoltage_mV(battery);
-    instance["DesignVoltage"] =
-        voltage ? InstrumentationValue{InstrumentationValue::Text, std::to_string(*voltage), 0}
-                : InstrumentationValue{};
+    instance["DesignVoltage"] = voltage ? InstrumentationValue{InstrumentationValue::Text,
+                                                               std::to_string(*voltage), 0, 0, 0}
+                                        : InstrumentationValue{};
     return instance;
 }
 
