@@ -11,7 +11,7 @@
 #include <string>
 
 #include "emulator/scenario_loader.h"
-#include "platform/linux/machines.h"
+#include "machines.h"
 
 namespace {
 
