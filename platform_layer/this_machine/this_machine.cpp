@@ -7,6 +7,7 @@
 
 #include <sys/utsname.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <map>
@@ -17,6 +18,7 @@
 #include "battery_device.h"
 #include "battery_records.h"
 #include "com_apartment.h"
+#include "machine_settings/settings_answers.h"
 #include "power_supply.h"
 #include "sysfs_reading.h"
 #include "wql_statement.h"
@@ -33,6 +35,38 @@ constexpr uint32_t kPortRefused = 1;
 constexpr int32_t kInvalidQueryType = static_cast<int32_t>(0x80041018u);
 constexpr int32_t kInvalidClass = static_cast<int32_t>(0x80041010u);
 constexpr int32_t kInvalidQuery = static_cast<int32_t>(0x80041017u);
+
+// The display's device path, kept as a handle's supply name: no supply name
+// holds a backslash.
+constexpr const char *kDisplayPath = "\\\\.\\LCD";
+
+std::atomic<double> gTimeScale{1.0};
+
+machine_settings::Scheme settingsScheme(PowerScheme scheme) {
+    switch (scheme) {
+    case PowerScheme::HighPerformance:
+        return machine_settings::Scheme::HighPerformance;
+    case PowerScheme::Balanced:
+        return machine_settings::Scheme::Balanced;
+    case PowerScheme::PowerSaver:
+        return machine_settings::Scheme::PowerSaver;
+    default:
+        return machine_settings::Scheme::Own;
+    }
+}
+
+PowerScheme windowsScheme(machine_settings::Scheme scheme) {
+    switch (scheme) {
+    case machine_settings::Scheme::HighPerformance:
+        return PowerScheme::HighPerformance;
+    case machine_settings::Scheme::Balanced:
+        return PowerScheme::Balanced;
+    case machine_settings::Scheme::PowerSaver:
+        return PowerScheme::PowerSaver;
+    default:
+        return PowerScheme::Custom;
+    }
+}
 
 constexpr const char *kBatteryClassKey = "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}";
 constexpr const char *kDriverClassRoot = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
@@ -81,22 +115,27 @@ class ThisMachine : public Machine {
 public:
     uint32_t tickCount() override {
         const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
-        return static_cast<uint32_t>(
-            std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
+        const double milliseconds =
+            std::chrono::duration<double, std::milli>(sinceStart).count() * gTimeScale.load();
+        return static_cast<uint32_t>(static_cast<uint64_t>(milliseconds));
     }
     void sleep(uint32_t milliseconds) override {
-        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        std::this_thread::sleep_for(
+            std::chrono::duration<double, std::milli>(milliseconds / gTimeScale.load()));
     }
 
     uint32_t openDevice(const std::string &path, void **handle) override {
+        if (sameWqlText(path, kDisplayPath)) {
+            std::lock_guard<std::mutex> lock(mutex_);
+            if (const uint32_t error = display_.open()) return error;
+            *handle = newHandle(kDisplayPath);
+            return 0;
+        }
         SysfsReading reading = newRequest();
         for (const std::string &supply : systemBatteries(reading)) {
             if (!sameIgnoringCase(battery_device::pathOf(supply), path)) continue;
             std::lock_guard<std::mutex> lock(mutex_);
-            void *fresh = reinterpret_cast<void *>(nextHandle_);
-            nextHandle_ += 4; // Windows handles are multiples of four
-            handles_[fresh] = supply;
-            *handle = fresh;
+            *handle = newHandle(supply);
             return 0;
         }
         return kErrorFileNotFound;
@@ -109,6 +148,9 @@ public:
             const auto found = handles_.find(handle);
             if (found == handles_.end()) return kErrorInvalidHandle;
             supply = found->second;
+            if (supply == kDisplayPath) {
+                return display_.control(code, input, inputSize, output, outputSize, returned);
+            }
         }
         SysfsReading reading = newRequest();
         return battery_device::answer(reading, supply, code, input, inputSize, output, outputSize,
@@ -168,9 +210,19 @@ public:
         power->batteryPercent = counted > 0 ? static_cast<uint32_t>(percentSum / counted) : 255;
         return 0;
     }
-    // Schemes and the display are not changed on this machine yet.
-    uint32_t activeScheme(PowerScheme *) override { return kErrorNotSupported; }
-    uint32_t setActiveScheme(PowerScheme) override { return kErrorNotSupported; }
+    // power-profiles-daemon or the firmware's platform profile; neither makes
+    // the query fail, as Windows's does without a power scheme.
+    uint32_t activeScheme(PowerScheme *scheme) override {
+        machine_settings::Scheme found = machine_settings::Scheme::Balanced;
+        std::lock_guard<std::mutex> lock(mutex_);
+        const uint32_t error = schemes_.active(found);
+        if (error == 0) *scheme = windowsScheme(found);
+        return error;
+    }
+    uint32_t setActiveScheme(PowerScheme scheme) override {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return schemes_.set(settingsScheme(scheme));
+    }
 
     int32_t comInitialize(uint32_t coInit) override { return com_.initialize(coInit); }
     void comUninitialize() override { com_.uninitialize(); }
@@ -201,10 +253,19 @@ private:
         return *now >= *full ? 100 : *now * 100 / *full;
     }
 
+    void *newHandle(const std::string &supply) {
+        void *fresh = reinterpret_cast<void *>(nextHandle_);
+        nextHandle_ += 4; // Windows handles are multiples of four
+        handles_[fresh] = supply;
+        return fresh;
+    }
+
     std::mutex mutex_;
     std::map<void *, std::string> handles_;
     uintptr_t nextHandle_ = 0x2000;
     ComApartment com_;
+    machine_settings::DisplayAnswer display_;
+    machine_settings::SchemeAnswer schemes_;
 };
 
 InstrumentationAnswer ThisMachine::query(const std::string &language, const std::string &wql) {
@@ -263,6 +324,10 @@ InstrumentationAnswer ThisMachine::query(const std::string &language, const std:
 Machine &thisMachine() {
     static ThisMachine machine;
     return machine;
+}
+
+void setThisMachineTimeScale(double scale) {
+    if (scale > 0) gTimeScale.store(scale);
 }
 
 } // namespace platform_layer
