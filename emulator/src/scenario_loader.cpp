@@ -33,7 +33,7 @@ const char *const kInformationLevels[] = {"BatteryInformation",     "BatteryGran
 
 DriverFaults parseDriverFaults(const JsonFields &fields) {
     fields.allowOnly({"vanishAfterRequests", "failingLevels", "statusFails", "unterminatedTexts",
-                      "unknownCapacities", "openFails"});
+                      "unknownCapacities", "openFails", "serialNumber"});
     DriverFaults faults;
     faults.vanishAfterRequests =
         static_cast<uint32_t>(fields.unsignedNumber("vanishAfterRequests", 0));
@@ -54,6 +54,10 @@ DriverFaults parseDriverFaults(const JsonFields &fields) {
     faults.unterminatedTexts = fields.flag("unterminatedTexts", faults.unterminatedTexts);
     faults.unknownCapacities = fields.flag("unknownCapacities", faults.unknownCapacities);
     faults.openFails = fields.flag("openFails", faults.openFails);
+    faults.serialNumberText = fields.text("serialNumber", faults.serialNumberText);
+    if (fields.has("serialNumber") && faults.serialNumberText.empty()) {
+        throw FieldError(fields.pathOf("serialNumber"), "must not be empty");
+    }
     return faults;
 }
 
@@ -218,11 +222,13 @@ PowerSection parsePower(const JsonFields &fields) {
             power.schemeQueryFails = true;
         else if (fault == "scheme-change-fails")
             power.schemeChangeFails = true;
+        else if (fault == "ac-line-unknown")
+            power.acLineUnknown = true;
         else
             throw FieldError(fields.pathOf("faults"),
                              "unknown fault '" + fault +
                                  "' (known: status-call-fails, scheme-query-fails, "
-                                 "scheme-change-fails)");
+                                 "scheme-change-fails, ac-line-unknown)");
     }
     if (fields.has("batteryLifePercent")) {
         power.batteryLifePercent =

@@ -84,6 +84,9 @@ Change chemistry(const std::string &text) {
     return [text](GenericBatteryInfo &i) { i.chemistry = text; };
 }
 
+const std::string kFullSerial = R"(, "driver": {"serialNumber": ")" + std::string(254, 'S') + "\"}";
+const std::string kLongSerial = R"(, "driver": {"serialNumber": ")" + std::string(255, 'S') + "\"}";
+
 INSTANTIATE_TEST_SUITE_P(
     Faults, ReadBattery,
     ::testing::Values(
@@ -133,6 +136,14 @@ INSTANTIATE_TEST_SUITE_P(
         ReadCase{"instrumentation fails", "",
                  R"(, "instrumentation": {"failingStep": "ExecQuery"})", 0, noVoltage},
         ReadCase{"blank chemistry", R"(, "chemistry": "    ")", "", 0, chemistry("")},
+        ReadCase{"four NUL bytes of chemistry", R"(, "chemistry": "")", "", 0, chemistry("")},
+        ReadCase{"serial number with leading blanks", R"(, "driver": {"serialNumber": "  0815"})",
+                 "", 0, [](GenericBatteryInfo &i) { i.serialNumber = "  0815"; }},
+        // 254 characters and the terminator fill the 510-byte buffer; one more does not fit.
+        ReadCase{"serial number as long as the buffer", kFullSerial, "", 0,
+                 [](GenericBatteryInfo &i) { i.serialNumber = std::string(254, 'S'); }},
+        ReadCase{"serial number beyond the buffer", kLongSerial, "", 0,
+                 [](GenericBatteryInfo &i) { i.serialNumber = ""; }},
         ReadCase{"unknown chemistry", R"(, "chemistry": "XyZw")", "", 0, chemistry("XyZw")},
         ReadCase{"short chemistry", R"(, "chemistry": "Li")", "", 0,
                  chemistry(std::string("Li\0\0", 4))},

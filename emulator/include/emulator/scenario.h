@@ -29,6 +29,9 @@ struct DriverFaults {
     bool unterminatedTexts = false; // texts fill the whole buffer, no terminator
     bool unknownCapacities = false; // capacities and rate report 0xFFFFFFFF
     bool openFails = false;         // the device path cannot be opened
+    // The serial number's text as the driver gives it, verbatim (leading
+    // blanks, any length); empty: the battery's number in decimal.
+    std::string serialNumberText;
 };
 
 struct BatteryDescription {
@@ -123,6 +126,7 @@ struct PowerSection {
     bool statusFails = false;        // GetSystemPowerStatus fails
     bool schemeQueryFails = false;   // PowerGetActiveScheme fails
     bool schemeChangeFails = false;  // PowerSetActiveScheme fails
+    bool acLineUnknown = false;      // GetSystemPowerStatus reports AC line status 255
     int32_t batteryLifePercent = -1; // overrides the figure from the batteries (0-255)
 };
 
