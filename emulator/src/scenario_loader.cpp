@@ -33,11 +33,12 @@ const char *const kInformationLevels[] = {"BatteryInformation",     "BatteryGran
 
 DriverFaults parseDriverFaults(const JsonFields &fields) {
     fields.allowOnly({"vanishAfterRequests", "failingLevels", "statusFails", "unterminatedTexts",
-                      "unknownCapacities", "openFails", "serialNumber"});
+                      "unknownCapacities", "openFails", "serialNumberText"});
     DriverFaults faults;
     faults.vanishAfterRequests =
         static_cast<uint32_t>(fields.unsignedNumber("vanishAfterRequests", 0));
     faults.failingLevels = fields.texts("failingLevels");
+    faults.serialNumberText = fields.text("serialNumberText", "");
     for (size_t i = 0; i < faults.failingLevels.size(); ++i) {
         bool known = false;
         for (const char *level : kInformationLevels)
@@ -54,10 +55,6 @@ DriverFaults parseDriverFaults(const JsonFields &fields) {
     faults.unterminatedTexts = fields.flag("unterminatedTexts", faults.unterminatedTexts);
     faults.unknownCapacities = fields.flag("unknownCapacities", faults.unknownCapacities);
     faults.openFails = fields.flag("openFails", faults.openFails);
-    faults.serialNumberText = fields.text("serialNumber", faults.serialNumberText);
-    if (fields.has("serialNumber") && faults.serialNumberText.empty()) {
-        throw FieldError(fields.pathOf("serialNumber"), "must not be empty");
-    }
     return faults;
 }
 

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
+
 #include "battery_module/diagnostic.h"
 #include "battery_module/module_interface.h"
 #include "battery_module/resource.h"
@@ -142,6 +145,36 @@ TEST(GenericManager, StartsEmptyAndARefreshGivesOneComponentWithAGroupPerBattery
         EXPECT_EQ(groups[1].properties.at(0).value, "1");
         manager->refreshComponents();
         EXPECT_EQ(manager->getComponentCount(), 1u);
+    }
+    expectNothingLeftOpen();
+}
+
+// A driver that fills all 255 units of every text with no terminator: the
+// conversion fails, the texts read as not available, and the process lives.
+TEST(GenericManager, TextsWithoutTerminatorReadAsNotAvailable) {
+    const auto machine = emulator::parseScenario(R"({"name": "t", "controller": {"present": false},
+        "batteries": [{"slot": 0, "manufacturer": "Ostrelle", "deviceName": "OS-4C57",
+                       "serialNumber": 4711, "driver": {"unterminatedTexts": true}}]})",
+                                                 "unterminated");
+    ASSERT_TRUE(machine.ok) << machine.error;
+    notebook().install(machine.scenario);
+    {
+        LoadedModule library;
+        SystemComponentManager *manager = library.getInterface()->getComponentManager();
+        manager->refreshComponents();
+        ASSERT_EQ(manager->getComponentCount(), 1u);
+        const auto groups = manager->getComponent(0)->getInfoGroups();
+        ASSERT_EQ(groups.size(), 1u);
+        std::map<std::string, std::string> texts;
+        for (const auto &property : groups[0].properties) {
+            if (property.key == "NAME" || property.key == "MANUFACTURER" ||
+                property.key == "SERIAL_NUMBER") {
+                texts[property.key] = property.value;
+            }
+        }
+        EXPECT_EQ(texts, (std::map<std::string, std::string>{{"MANUFACTURER", "NOT_AVAILABLE"},
+                                                             {"NAME", "NOT_AVAILABLE"},
+                                                             {"SERIAL_NUMBER", "NOT_AVAILABLE"}}));
     }
     expectNothingLeftOpen();
 }

@@ -84,8 +84,9 @@ Change chemistry(const std::string &text) {
     return [text](GenericBatteryInfo &i) { i.chemistry = text; };
 }
 
-const std::string kFullSerial = R"(, "driver": {"serialNumber": ")" + std::string(254, 'S') + "\"}";
-const std::string kLongSerial = R"(, "driver": {"serialNumber": ")" + std::string(255, 'S') + "\"}";
+const std::string k254(254, 'n');
+const std::string kFullSerial = R"(, "driver": {"serialNumberText": ")" + k254 + "\"}";
+const std::string kLongSerial = R"(, "driver": {"serialNumberText": ")" + k254 + "n\"}";
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, ReadBattery,
@@ -109,6 +110,11 @@ INSTANTIATE_TEST_SUITE_P(
                  [](GenericBatteryInfo &i) { i.name = i.serialNumber = ""; }},
         ReadCase{"status fails", R"(, "driver": {"statusFails": true})", "", 0,
                  [](GenericBatteryInfo &i) { i.remainingCapacity = i.rate = 0; }},
+        // 254 units and the terminator fill the driver's 255; one unit more
+        // leaves no terminator.
+        ReadCase{"texts at their limit",
+                 R"(, "deviceName": ")" + k254 + R"(", "manufacturer": ")" + k254 + "\"", "", 0,
+                 [](GenericBatteryInfo &i) { i.name = i.manufacturer = k254; }},
         ReadCase{"unterminated texts", R"(, "driver": {"unterminatedTexts": true})", "", 0,
                  [](GenericBatteryInfo &i) {
                      i.name = i.manufacturer = i.serialNumber = "";
@@ -137,11 +143,12 @@ INSTANTIATE_TEST_SUITE_P(
                  R"(, "instrumentation": {"failingStep": "ExecQuery"})", 0, noVoltage},
         ReadCase{"blank chemistry", R"(, "chemistry": "    ")", "", 0, chemistry("")},
         ReadCase{"four NUL bytes of chemistry", R"(, "chemistry": "")", "", 0, chemistry("")},
-        ReadCase{"serial number with leading blanks", R"(, "driver": {"serialNumber": "  0815"})",
-                 "", 0, [](GenericBatteryInfo &i) { i.serialNumber = "  0815"; }},
+        ReadCase{"serial number with leading blanks",
+                 R"(, "driver": {"serialNumberText": "  0815"})", "", 0,
+                 [](GenericBatteryInfo &i) { i.serialNumber = "  0815"; }},
         // 254 characters and the terminator fill the 510-byte buffer; one more does not fit.
         ReadCase{"serial number as long as the buffer", kFullSerial, "", 0,
-                 [](GenericBatteryInfo &i) { i.serialNumber = std::string(254, 'S'); }},
+                 [](GenericBatteryInfo &i) { i.serialNumber = k254; }},
         ReadCase{"serial number beyond the buffer", kLongSerial, "", 0,
                  [](GenericBatteryInfo &i) { i.serialNumber = ""; }},
         ReadCase{"unknown chemistry", R"(, "chemistry": "XyZw")", "", 0, chemistry("XyZw")},

@@ -276,7 +276,7 @@ Fill bstr(const char16_t *units, size_t cut = 0) {
 Fill ofType(VARTYPE type) {
     return variant(type, 1);
 }
-const std::u16string k600(600, u'x');
+const std::u16string k500(500, u'x'), k501(501, u'x');
 
 INSTANTIATE_TEST_SUITE_P(
     Types, VariantDecoding,
@@ -286,7 +286,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Decoding{"false", boolean(0), "False"}, Decoding{"bool 1", boolean(1), ""},
                       Decoding{"bstr", bstr(u"11400"), "11400"},
                       Decoding{"bstr with NUL", bstr(u"ab", 1), "a"},
-                      Decoding{"long bstr", bstr(k600.c_str()), std::string(500, 'x')},
+                      Decoding{"bstr at its limit", bstr(k500.c_str()), std::string(500, 'x')},
+                      Decoding{"bstr one past", bstr(k501.c_str()), std::string(500, 'x')},
                       Decoding{"bstr beyond one byte", bstr(u"A\u4e2d"), ""},
                       Decoding{"null bstr", bstr(nullptr), ""},
                       Decoding{"null", ofType(VT_NULL), ""}, Decoding{"r8", ofType(VT_R8), ""}),

@@ -9,6 +9,7 @@
 
 #include "platform/string_handler.h"
 #include "platform/win_string_handler_imp.h"
+#include "support/time_zone.h"
 #include "wide_text.h"
 
 // One table per operation family; the rows are the limits and edges.
@@ -288,10 +289,7 @@ TEST(StringHandler, WideAndNarrowConversionTable) {
 }
 
 TEST(StringHandler, LocalTimeInUtcAndItsLimits) {
-    const char *zone = std::getenv("TZ");
-    const std::string oldZone = zone != nullptr ? zone : "";
-    setenv("TZ", "UTC", 1);
-    tzset();
+    ScopedTimeZone utc("UTC0");
     const int64_t times[] = {0, 32535244799LL, 32535244800LL, -1};
     const std::vector<int> expected[] = {{70, 0, 1, 0, 0, 0, 4, 0},
                                          {1101, 0, 1, 7, 59, 59, 4, 0},
@@ -308,12 +306,6 @@ TEST(StringHandler, LocalTimeInUtcAndItsLimits) {
     struct tm t = {};
     EXPECT_EQ(text().localTime(&t, nullptr), EINVAL);
     EXPECT_EQ(text().localTime(nullptr, &times[0]), EINVAL);
-    if (zone != nullptr) {
-        setenv("TZ", oldZone.c_str(), 1);
-    } else {
-        unsetenv("TZ");
-    }
-    tzset();
 }
 
 TEST(StringHandler, PrintToStream) {

@@ -29,8 +29,8 @@ struct DriverFaults {
     bool unterminatedTexts = false; // texts fill the whole buffer, no terminator
     bool unknownCapacities = false; // capacities and rate report 0xFFFFFFFF
     bool openFails = false;         // the device path cannot be opened
-    // The serial number's text as the driver gives it, verbatim (leading
-    // blanks, any length); empty: the battery's number in decimal.
+    // The driver's text for the serial number where it is not the number
+    // itself (padded with blanks, say); empty: the number.
     std::string serialNumberText;
 };
 

@@ -21,6 +21,9 @@ public:
 
 } // namespace
 
+// Windows answers from this computer already.
+void useThisMachine() {}
+
 Machine &currentMachine() {
     static RealMachine machine;
     return machine;
