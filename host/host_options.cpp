@@ -20,6 +20,7 @@ void buildHostOptions(CLI::App &app, HostOptions &options) {
     app.add_option("--time-scale", options.timeScale,
                    "Emulated time runs this many times faster than the wall clock "
                    "(0.001 to 100000)");
+    run_outputs::addOptions(app, options.outputs);
     app.add_option("devices", options.devices, "Batteries to test (default: all)");
     app.set_help_flag("-h,--help", "Show this help and the module's help text");
 }

@@ -35,6 +35,7 @@ void HostRun::addEntry(std::string text, uint32_t level, uint32_t) {
 void HostRun::updateProgress(uint8_t percent, const std::string &text) {
     view_.progress(percent, text);
     record_.progress.push_back({percent, text});
+    record_.samples.push_back(machine_.sample());
 }
 
 void HostRun::requestInput(const InputRequest &request) {

@@ -6,6 +6,16 @@
 
 #include <nlohmann/json.hpp>
 
+// What the host sees of the machine at one moment of a run, for the report's
+// charts. A display level of -1 is one the machine does not tell.
+struct MachineSample {
+    double atMs = 0;
+    double chargePercent = 0;
+    bool ac = false;
+    int displayLevel = -1;
+    std::string scheme;
+};
+
 // The notebook the host runs on: on Linux the emulated one unless the
 // command line asks for this machine; on Windows the real one. The host chooses a scenario and the
 // pace of time through it, asks it for the events a run must see, and lets it carry out what a
@@ -46,6 +56,7 @@ public:
     virtual std::vector<std::string> putBackWhatARunLeft() { return {}; }
     virtual bool recordSettings(std::string &) { return true; }
     virtual void settingsPutBack() {}
+    virtual MachineSample sample() = 0;
 };
 
 Machine &currentMachine();

@@ -162,6 +162,10 @@ int main(int argc, char **argv) {
         }
         return exit_codes::kSuccess;
     }
+    if (command_line::has(args, "--history")) {
+        options.outputs.historyPath = command_line::valueOf(args, "--history-db");
+        return run_outputs::showHistory(options.outputs, command_line::has(args, "--json"));
+    }
     const std::string scenarioError =
         scenario.empty() ? machine.selectDefaultScenario() : machine.selectScenario(scenario);
     if (!scenarioError.empty()) return usageError(scenarioError, app);
@@ -285,6 +289,13 @@ int main(int argc, char **argv) {
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
     const int code = exit_codes::forResults(results);
+    const RunSummary summary{kHostVersion,
+                             report::version(*library->getVersion()).get<std::string>(),
+                             machine.describe(),
+                             module_session::isSmartPath(*module) ? "smart" : "generic",
+                             report::batteries(*module),
+                             records};
+    run_outputs::write(options.outputs, summary, Language::english());
 
     if (options.json) {
         nlohmann::json document = {

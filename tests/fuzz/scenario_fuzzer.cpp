@@ -11,7 +11,7 @@
 #include <string>
 
 #include "emulator/scenario_loader.h"
-#include "machine.h"
+#include "machines.h"
 
 namespace {
 
@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
 
     static const ScenarioFile file;
     std::ofstream(file.path, std::ios::binary | std::ios::trunc) << text;
-    const std::string error = currentMachine().selectScenario(file.path);
+    const std::string error = emulatedMachine().selectScenario(file.path);
     if (!error.empty()) expectOneLine(error);
     if (error.empty() != parsed.ok) std::abort();
     return 0;
