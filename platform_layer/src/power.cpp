@@ -48,7 +48,7 @@ BOOL GetSystemPowerStatus(LPSYSTEM_POWER_STATUS status) {
         flag = percent > 66 ? kFlagHigh : percent < 5 ? kFlagCritical : percent < 33 ? kFlagLow : 0;
         if (power.acOnLine && percent < 100) flag |= kFlagCharging;
     }
-    status->ACLineStatus = power.acOnLine ? 1 : 0;
+    status->ACLineStatus = power.acLineUnknown ? 255 : power.acOnLine ? 1 : 0;
     status->BatteryFlag = flag;
     status->BatteryLifePercent = static_cast<BYTE>(percent > 255 ? 255 : percent);
     status->SystemStatusFlag = 0;
