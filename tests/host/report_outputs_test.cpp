@@ -106,3 +106,14 @@ TEST(Metrics, PassPromtoolAndHoldEveryFigureOfEachBattery) {
     EXPECT_NE(metrics.find("test=\"12.1.4\"} 0\n"), std::string::npos) << metrics;
     EXPECT_FALSE(std::filesystem::exists(folder / ".fleet.prom.tmp"));
 }
+
+TEST(Outputs, AFolderThatIsNotThereIsAUsageErrorBeforeAnyTestRuns) {
+    OutputFolder folder;
+    for (const char *option : {"--report", "--metrics"}) {
+        const auto outcome = folder.host(std::string("-Q --no-history ") + option + " gone/x");
+        EXPECT_EQ(outcome.exitCode, 2) << outcome.output;
+        EXPECT_NE(outcome.output.find("no folder 'gone' for gone/x"), std::string::npos)
+            << outcome.output;
+        EXPECT_EQ(outcome.output.find("passed"), std::string::npos) << outcome.output;
+    }
+}
