@@ -19,6 +19,7 @@ struct HostOptions {
     bool yes = false;
     bool help = false;
     bool holdAboveCharge = false;
+    bool thisMachine = false;
     std::string duration;
     std::vector<std::string> runIds;
     std::vector<std::string> devices;

@@ -1,4 +1,5 @@
 #include "machine.h"
+#include "machines.h"
 
 #include "emulator/notebook.h"
 
@@ -81,7 +82,7 @@ private:
 
 } // namespace
 
-Machine &currentMachine() {
+Machine &emulatedMachine() {
     static EmulatedMachine machine;
     return machine;
 }

@@ -43,6 +43,9 @@ private:
 
 } // namespace
 
+// Windows answers from this computer already.
+void useThisMachine() {}
+
 Machine &currentMachine() {
     static RealMachine machine;
     return machine;
