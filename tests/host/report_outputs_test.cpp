@@ -117,3 +117,17 @@ TEST(Outputs, AFolderThatIsNotThereIsAUsageErrorBeforeAnyTestRuns) {
         EXPECT_EQ(outcome.output.find("passed"), std::string::npos) << outcome.output;
     }
 }
+
+TEST(Metrics, EscapeAMachineNameWithQuotesAndBackslashes) {
+    OutputFolder folder;
+    auto scenario = nlohmann::json::parse(fileText(std::string(SCENARIO_DIR) + "/default.json"));
+    scenario["name"] = "lab \"7\" \\ desk";
+    std::ofstream(folder / "lab.json") << scenario.dump();
+    ASSERT_EQ(folder.host("-Q --no-history --scenario lab.json --metrics lab.prom").exitCode, 0);
+    const auto check = folder.shell("promtool check metrics < lab.prom");
+    EXPECT_EQ(check.exitCode, 0) << check.output;
+    EXPECT_NE(fileText(folder / "lab.prom")
+                  .find("machine=\"emulated notebook 'lab \\\"7\\\" \\\\ desk'\""),
+              std::string::npos)
+        << fileText(folder / "lab.prom");
+}
