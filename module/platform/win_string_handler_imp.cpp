@@ -30,6 +30,44 @@ bool overlaps(const char *a, const char *b, size_t n) {
     return before(a, b + n) && before(b, a + n);
 }
 
+// The bounded C runtime functions call the process's invalid-parameter
+// handler on a constraint violation (a buffer too small, a null argument),
+// and its default ends the process. That handler belongs to the host, and
+// msvcrt.dll, which the mingw-w64 build links, has no per-thread one to put
+// in its place; so every call below first checks what the runtime would
+// reject, and answers as the runtime does once a handler returns: the same
+// error code, the buffer left empty.
+
+// Latest time that _localtime64_s accepts (its _MAX__TIME64_T).
+constexpr int64_t kLatestLocalTime = 0x793406fffLL;
+
+void clearText(char *buffer, size_t bufferSize) {
+    if (buffer != nullptr && bufferSize > 0) buffer[0] = '\0';
+}
+
+// For wcstombs_s and mbstowcs_s, whose rules are the same; 0 lets the
+// runtime do the conversion.
+template <typename Unit, typename Length>
+int conversionViolation(size_t *converted, Unit *buffer, size_t bufferSize, const void *source,
+                        size_t count, Length sourceLength) {
+    int violation = 0;
+    if ((buffer == nullptr) != (bufferSize == 0) || source == nullptr) {
+        violation = EINVAL;
+    } else if (buffer != nullptr && count != _TRUNCATE && sourceLength(count) >= bufferSize) {
+        violation = ERANGE;
+    }
+    if (violation == 0) return 0;
+    if (converted != nullptr) *converted = 0;
+    if (buffer != nullptr && bufferSize > 0) buffer[0] = 0;
+    return violation;
+}
+
+void invalidTime(struct tm *result) {
+    result->tm_sec = result->tm_min = result->tm_hour = -1;
+    result->tm_mday = result->tm_mon = result->tm_year = -1;
+    result->tm_wday = result->tm_yday = result->tm_isdst = -1;
+}
+
 } // namespace
 
 bool WinStringHandlerImp::isNumeric(const char *text, size_t maxLength) {
@@ -121,14 +159,37 @@ int WinStringHandlerImp::compareN(const char *first, const char *second, size_t 
 }
 
 int WinStringHandlerImp::formatBounded(char *buffer, size_t bufferSize, const char *format, ...) {
+    if (buffer == nullptr || bufferSize == 0 || format == nullptr) {
+        clearText(buffer, bufferSize);
+        return -1;
+    }
     va_list arguments;
     va_start(arguments, format);
-    const int result = vsprintf_s(buffer, bufferSize, format, arguments);
+    va_list measure;
+    va_copy(measure, arguments);
+    const int needed = _vscprintf(format, measure);
+    va_end(measure);
+    int result = -1;
+    if (needed < 0 || static_cast<size_t>(needed) >= bufferSize) {
+        buffer[0] = '\0';
+    } else {
+        result = vsprintf_s(buffer, bufferSize, format, arguments);
+    }
     va_end(arguments);
     return result < 0 ? -1 : result;
 }
 
 int WinStringHandlerImp::copyN(char *buffer, size_t bufferSize, const char *source, size_t count) {
+    if (count == 0 && buffer == nullptr && bufferSize == 0) return 0;
+    if (buffer == nullptr || bufferSize == 0) return EINVAL;
+    if (count != 0 && source == nullptr) {
+        buffer[0] = '\0';
+        return EINVAL;
+    }
+    if (count != 0 && count != _TRUNCATE && lengthN(source, count) >= bufferSize) {
+        buffer[0] = '\0';
+        return ERANGE;
+    }
     return strncpy_s(buffer, bufferSize, source, count);
 }
 
@@ -152,16 +213,41 @@ size_t WinStringHandlerImp::lengthN(const char *text, size_t maxLength) {
 
 int WinStringHandlerImp::concatN(char *buffer, size_t bufferSize, const char *source,
                                  size_t count) {
+    if (count == 0 && buffer == nullptr && bufferSize == 0) return 0;
+    if (buffer == nullptr || bufferSize == 0) return EINVAL;
+    const size_t present = lengthN(buffer, bufferSize);
+    if ((count != 0 && source == nullptr) || present == bufferSize) {
+        buffer[0] = '\0';
+        return EINVAL;
+    }
+    const size_t added = lengthN(source, count);
+    if (present + added < bufferSize) {
+        // Fits whole: asked by its length, since Wine's runtime reports an
+        // exact fit under _TRUNCATE as cut short.
+        return strncat_s(buffer, bufferSize, source, added);
+    }
+    if (count != _TRUNCATE) {
+        buffer[0] = '\0';
+        return ERANGE;
+    }
     return strncat_s(buffer, bufferSize, source, count);
 }
 
 int WinStringHandlerImp::wideToMultibyte(size_t *converted, char *buffer, size_t bufferSize,
                                          const WCHAR *source, size_t count) {
+    const int violation =
+        conversionViolation(converted, buffer, bufferSize, source, count,
+                            [this, source](size_t most) { return wideLengthN(source, most); });
+    if (violation != 0) return violation;
     return wcstombs_s(converted, buffer, bufferSize, source, count);
 }
 
 int WinStringHandlerImp::multibyteToWide(size_t *converted, WCHAR *buffer, size_t bufferSize,
                                          const char *source, size_t count) {
+    const int violation =
+        conversionViolation(converted, buffer, bufferSize, source, count,
+                            [this, source](size_t most) { return lengthN(source, most); });
+    if (violation != 0) return violation;
     return mbstowcs_s(converted, buffer, bufferSize, source, count);
 }
 
@@ -171,10 +257,16 @@ size_t WinStringHandlerImp::wideLengthN(const WCHAR *text, size_t maxLength) {
 }
 
 int WinStringHandlerImp::localTime(struct tm *result, const int64_t *time) {
+    if (result == nullptr) return EINVAL;
+    if (time == nullptr || *time < 0 || *time > kLatestLocalTime) {
+        invalidTime(result);
+        return EINVAL;
+    }
     return _localtime64_s(result, time);
 }
 
 int WinStringHandlerImp::formatTruncating(char *buffer, size_t count, const char *format, ...) {
+    if (format == nullptr || (buffer == nullptr && count > 0)) return -1;
     va_list arguments;
     va_start(arguments, format);
     const int result = _vsnprintf(buffer, count, format, arguments);
@@ -183,6 +275,7 @@ int WinStringHandlerImp::formatTruncating(char *buffer, size_t count, const char
 }
 
 int WinStringHandlerImp::printToStream(FILE *stream, const char *format, ...) {
+    if (stream == nullptr || format == nullptr) return -1;
     va_list arguments;
     va_start(arguments, format);
     const int result = vfprintf_s(stream, format, arguments);

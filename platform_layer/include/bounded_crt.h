@@ -2,8 +2,11 @@
 
 // The bounded ("secure") functions of the Microsoft C runtime that the
 // module uses, with their Windows contracts, for a C library that lacks
-// them. Where Windows would call the invalid-parameter handler, these return
-// the error code as the runtime does once the handler lets it continue.
+// them. Where Windows calls the invalid-parameter handler (a constraint
+// violation), these call it too: the thread's own handler if one is set,
+// else the process's, else the default one, which ends the process as the
+// Microsoft runtime's does. Once a handler returns, the function returns the
+// error code as the runtime does.
 // Narrow text is a byte string; the conversions map bytes 0x00..0xFF to the
 // wide units of the same value and back, as the runtime's default "C"
 // locale does.
@@ -27,7 +30,20 @@ typedef int errno_t;
 // end of the year 3000 in the westernmost zone that the runtime knows.
 #define _MAX__TIME64_T 0x793406fffLL
 
+// The handler's arguments (expression, function, file, line) are null in a
+// release runtime, and so they are here.
+typedef void (*_invalid_parameter_handler)(const wchar_t *expression, const wchar_t *function,
+                                           const wchar_t *file, unsigned int line,
+                                           uintptr_t reserved);
+
 extern "C" {
+WIN32_API _invalid_parameter_handler
+_set_invalid_parameter_handler(_invalid_parameter_handler handler);
+WIN32_API _invalid_parameter_handler _get_invalid_parameter_handler(void);
+WIN32_API _invalid_parameter_handler
+_set_thread_local_invalid_parameter_handler(_invalid_parameter_handler handler);
+WIN32_API _invalid_parameter_handler _get_thread_local_invalid_parameter_handler(void);
+WIN32_API int _vscprintf(const char *format, va_list arguments);
 WIN32_API errno_t strncpy_s(char *destination, size_t destinationSize, const char *source,
                             size_t count);
 WIN32_API errno_t strncat_s(char *destination, size_t destinationSize, const char *source,

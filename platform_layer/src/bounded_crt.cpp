@@ -4,11 +4,31 @@
 
 #include "bounded_crt.h"
 
+#include <atomic>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
 
 namespace {
+
+std::atomic<_invalid_parameter_handler> processHandler{nullptr};
+thread_local _invalid_parameter_handler threadHandler = nullptr;
+
+// A constraint violation goes to the thread's handler, else the process's;
+// without either the process ends, as under the Microsoft runtime, so that
+// a test on this system fails where a Windows host would die.
+errno_t invalidParameter(errno_t code) {
+    if (_invalid_parameter_handler handler = threadHandler) {
+        handler(nullptr, nullptr, nullptr, 0, 0);
+    } else if (_invalid_parameter_handler handler = processHandler.load()) {
+        handler(nullptr, nullptr, nullptr, 0, 0);
+    } else {
+        std::fputs("invalid parameter passed to a C runtime function\n", stderr);
+        std::abort();
+    }
+    errno = code;
+    return code;
+}
 
 // A failing bounded function leaves the destination empty when it can.
 void resetString(char *destination, size_t size) {
@@ -26,11 +46,11 @@ template <typename To, typename From, typename Convert>
 errno_t convert(size_t *converted, To *destination, size_t destinationSize, const From *source,
                 size_t count, Convert unit) {
     if (converted != nullptr) *converted = 0;
-    if (destination == nullptr && destinationSize > 0) return EINVAL;
-    if (destination != nullptr && destinationSize == 0) return EINVAL;
+    if (destination == nullptr && destinationSize > 0) return invalidParameter(EINVAL);
+    if (destination != nullptr && destinationSize == 0) return invalidParameter(EINVAL);
     if (source == nullptr) {
         if (destination != nullptr) destination[0] = 0;
-        return EINVAL;
+        return invalidParameter(EINVAL);
     }
     // Without a destination the answer is the size needed, terminator included.
     if (destination == nullptr) {
@@ -47,7 +67,7 @@ errno_t convert(size_t *converted, To *destination, size_t destinationSize, cons
         if (written + 1 >= destinationSize) {
             if (!truncate) {
                 destination[0] = 0;
-                return ERANGE;
+                return invalidParameter(ERANGE);
             }
             destination[written] = 0;
             if (converted != nullptr) *converted = written + 1;
@@ -84,7 +104,7 @@ errno_t endOfBoundedCopy(char *destination, size_t destinationSize, size_t avail
             return STRUNCATE;
         }
         destination[0] = '\0';
-        return ERANGE;
+        return invalidParameter(ERANGE);
     }
     return 0;
 }
@@ -93,16 +113,43 @@ errno_t endOfBoundedCopy(char *destination, size_t destinationSize, size_t avail
 
 extern "C" {
 
+_invalid_parameter_handler _set_invalid_parameter_handler(_invalid_parameter_handler handler) {
+    return processHandler.exchange(handler);
+}
+
+_invalid_parameter_handler _get_invalid_parameter_handler(void) {
+    return processHandler.load();
+}
+
+_invalid_parameter_handler
+_set_thread_local_invalid_parameter_handler(_invalid_parameter_handler handler) {
+    const _invalid_parameter_handler previous = threadHandler;
+    threadHandler = handler;
+    return previous;
+}
+
+_invalid_parameter_handler _get_thread_local_invalid_parameter_handler(void) {
+    return threadHandler;
+}
+
+int _vscprintf(const char *format, va_list arguments) {
+    if (format == nullptr) {
+        invalidParameter(EINVAL);
+        return -1;
+    }
+    return std::vsnprintf(nullptr, 0, format, arguments);
+}
+
 errno_t strncpy_s(char *destination, size_t destinationSize, const char *source, size_t count) {
     if (count == 0 && destination == nullptr && destinationSize == 0) return 0;
-    if (destination == nullptr || destinationSize == 0) return EINVAL;
+    if (destination == nullptr || destinationSize == 0) return invalidParameter(EINVAL);
     if (count == 0) {
         destination[0] = '\0';
         return 0;
     }
     if (source == nullptr) {
         destination[0] = '\0';
-        return EINVAL;
+        return invalidParameter(EINVAL);
     }
     char *p = destination;
     size_t available = destinationSize;
@@ -119,10 +166,10 @@ errno_t strncpy_s(char *destination, size_t destinationSize, const char *source,
 
 errno_t strncat_s(char *destination, size_t destinationSize, const char *source, size_t count) {
     if (count == 0 && destination == nullptr && destinationSize == 0) return 0;
-    if (destination == nullptr || destinationSize == 0) return EINVAL;
+    if (destination == nullptr || destinationSize == 0) return invalidParameter(EINVAL);
     if (count != 0 && source == nullptr) {
         destination[0] = '\0';
-        return EINVAL;
+        return invalidParameter(EINVAL);
     }
     char *p = destination;
     size_t available = destinationSize;
@@ -132,7 +179,7 @@ errno_t strncat_s(char *destination, size_t destinationSize, const char *source,
     }
     if (available == 0) { // the destination was not terminated
         destination[0] = '\0';
-        return EINVAL;
+        return invalidParameter(EINVAL);
     }
     if (count == _TRUNCATE) {
         while ((*p++ = *source++) != 0 && --available > 0) {
@@ -148,7 +195,7 @@ errno_t strncat_s(char *destination, size_t destinationSize, const char *source,
 
 char *strtok_s(char *text, const char *delimiters, char **context) {
     if (delimiters == nullptr || context == nullptr || (text == nullptr && *context == nullptr)) {
-        errno = EINVAL;
+        invalidParameter(EINVAL);
         return nullptr;
     }
     char *start = text != nullptr ? text : *context;
@@ -166,14 +213,19 @@ char *strtok_s(char *text, const char *delimiters, char **context) {
 int vsprintf_s(char *buffer, size_t bufferSize, const char *format, va_list arguments) {
     if (format == nullptr || buffer == nullptr || bufferSize == 0) {
         resetString(buffer, bufferSize);
-        errno = EINVAL;
+        invalidParameter(EINVAL);
         return -1;
     }
     const size_t limit = bufferSize > INT_MAX ? static_cast<size_t>(INT_MAX) : bufferSize;
     const int length = std::vsnprintf(buffer, limit, format, arguments);
-    if (length < 0 || static_cast<size_t>(length) >= limit) {
+    if (length < 0) {
         buffer[0] = '\0';
-        errno = length < 0 ? EILSEQ : ERANGE;
+        errno = EILSEQ;
+        return -1;
+    }
+    if (static_cast<size_t>(length) >= limit) {
+        buffer[0] = '\0';
+        invalidParameter(ERANGE);
         return -1;
     }
     return length;
@@ -181,7 +233,7 @@ int vsprintf_s(char *buffer, size_t bufferSize, const char *format, va_list argu
 
 int _vsnprintf(char *buffer, size_t count, const char *format, va_list arguments) {
     if (format == nullptr || (buffer == nullptr && count > 0)) {
-        errno = EINVAL;
+        invalidParameter(EINVAL);
         return -1;
     }
     va_list measure;
@@ -210,15 +262,20 @@ int _vsnprintf(char *buffer, size_t count, const char *format, va_list arguments
 
 int vfprintf_s(FILE *stream, const char *format, va_list arguments) {
     if (stream == nullptr || format == nullptr) {
-        errno = EINVAL;
+        invalidParameter(EINVAL);
         return -1;
     }
     return std::vfprintf(stream, format, arguments);
 }
 
 errno_t _localtime64_s(struct tm *result, const int64_t *time) {
-    if (result == nullptr) return EINVAL;
-    if (time == nullptr || *time < 0 || *time > _MAX__TIME64_T) {
+    if (result == nullptr) return invalidParameter(EINVAL);
+    if (time == nullptr) {
+        invalidTime(result);
+        return invalidParameter(EINVAL);
+    }
+    // A time out of range is an ordinary failure, not a violation.
+    if (*time < 0 || *time > _MAX__TIME64_T) {
         invalidTime(result);
         return EINVAL;
     }

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
+
 #include "battery_module/diagnostic.h"
 #include "battery_module/module_interface.h"
 #include "battery_module/resource.h"
@@ -8,6 +11,7 @@
 #include "contract/loaded_module.h"
 #include "emulator/notebook.h"
 #include "support/recording_host.h"
+#include "support/test_name.h"
 
 // The module as any host sees it: through the library's exports and the
 // virtual operations of the public headers only.
@@ -91,7 +95,8 @@ INSTANTIATE_TEST_SUITE_P(
                       PathRow{"no-os-battery-device", 1, {"12.1.1", "12.1.4"}, true, 0},
                       PathRow{"dead-controller", 2, {"12.1.1"}, false, 0},
                       PathRow{"generic", 2, {"12.1.1"}, false, 0},
-                      PathRow{"generic-no-battery", 2, {"12.1.1"}, false, 0}));
+                      PathRow{"generic-no-battery", 2, {"12.1.1"}, false, 0}),
+    NameBy<&PathRow::scenario>());
 
 TEST(Exports, GetReleaseGetBuildsAnewAndDecidesThePathAgain) {
     LoadedModule library;
@@ -140,6 +145,36 @@ TEST(GenericManager, StartsEmptyAndARefreshGivesOneComponentWithAGroupPerBattery
         EXPECT_EQ(groups[1].properties.at(0).value, "1");
         manager->refreshComponents();
         EXPECT_EQ(manager->getComponentCount(), 1u);
+    }
+    expectNothingLeftOpen();
+}
+
+// A driver that fills all 255 units of every text with no terminator: the
+// conversion fails, the texts read as not available, and the process lives.
+TEST(GenericManager, TextsWithoutTerminatorReadAsNotAvailable) {
+    const auto machine = emulator::parseScenario(R"({"name": "t", "controller": {"present": false},
+        "batteries": [{"slot": 0, "manufacturer": "Ostrelle", "deviceName": "OS-4C57",
+                       "serialNumber": 4711, "driver": {"unterminatedTexts": true}}]})",
+                                                 "unterminated");
+    ASSERT_TRUE(machine.ok) << machine.error;
+    notebook().install(machine.scenario);
+    {
+        LoadedModule library;
+        SystemComponentManager *manager = library.getInterface()->getComponentManager();
+        manager->refreshComponents();
+        ASSERT_EQ(manager->getComponentCount(), 1u);
+        const auto groups = manager->getComponent(0)->getInfoGroups();
+        ASSERT_EQ(groups.size(), 1u);
+        std::map<std::string, std::string> texts;
+        for (const auto &property : groups[0].properties) {
+            if (property.key == "NAME" || property.key == "MANUFACTURER" ||
+                property.key == "SERIAL_NUMBER") {
+                texts[property.key] = property.value;
+            }
+        }
+        EXPECT_EQ(texts, (std::map<std::string, std::string>{{"MANUFACTURER", "NOT_AVAILABLE"},
+                                                             {"NAME", "NOT_AVAILABLE"},
+                                                             {"SERIAL_NUMBER", "NOT_AVAILABLE"}}));
     }
     expectNothingLeftOpen();
 }
@@ -206,4 +241,8 @@ INSTANTIATE_TEST_SUITE_P(
                      entry("RELATIVE_CAPACITY: 0.471698", 0), progress(100, ""),
                      progress(100, kLow), entry(kLow, 2), entry("TOTAL_BATTERY_CHARGE: 64%", 0),
                      progress(100, "TOTAL_BATTERY_CHARGE: 64%"), entry(kHint, 0),
-                     progress(100, kHint)}}));
+                     progress(100, kHint)}}),
+    [](const ::testing::TestParamInfo<QuickRunRow> &info) {
+        return testName(std::string(info.param.scenario) + " " + " test " +
+                        std::to_string(info.param.test.test()));
+    });

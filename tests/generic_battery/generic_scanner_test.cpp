@@ -6,6 +6,7 @@
 #include "generic_battery/generic_result.h"
 #include "generic_battery/win_generic_battery_scanner.h"
 #include "generic_fixture.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -83,6 +84,8 @@ Change chemistry(const std::string &text) {
     return [text](GenericBatteryInfo &i) { i.chemistry = text; };
 }
 
+const std::string k254(254, 'n');
+
 INSTANTIATE_TEST_SUITE_P(
     Faults, ReadBattery,
     ::testing::Values(
@@ -105,6 +108,11 @@ INSTANTIATE_TEST_SUITE_P(
                  [](GenericBatteryInfo &i) { i.name = i.serialNumber = ""; }},
         ReadCase{"status fails", R"(, "driver": {"statusFails": true})", "", 0,
                  [](GenericBatteryInfo &i) { i.remainingCapacity = i.rate = 0; }},
+        // 254 units and the terminator fill the driver's 255; one unit more
+        // leaves no terminator.
+        ReadCase{"texts at their limit",
+                 R"(, "deviceName": ")" + k254 + R"(", "manufacturer": ")" + k254 + "\"", "", 0,
+                 [](GenericBatteryInfo &i) { i.name = i.manufacturer = k254; }},
         ReadCase{"unterminated texts", R"(, "driver": {"unterminatedTexts": true})", "", 0,
                  [](GenericBatteryInfo &i) {
                      i.name = i.manufacturer = i.serialNumber = "";
@@ -141,7 +149,8 @@ INSTANTIATE_TEST_SUITE_P(
                  [](GenericBatteryInfo &i) { i.name = " OS 4 "; }},
         ReadCase{"vanishes after the tag", R"(, "driver": {"vanishAfterRequests": 1})", "", 38,
                  nullptr},
-        ReadCase{"empty slot", R"(, "present": false)", "", 38, nullptr}));
+        ReadCase{"empty slot", R"(, "present": false)", "", 38, nullptr}),
+    NameBy<&ReadCase::what>());
 
 TEST(ReadBattery, AKeyNoneOfWhosePathsOpensGivesAFreshRecord) {
     useScenarioText(oneBattery(R"(, "driver": {"openFails": true})"));

@@ -7,6 +7,7 @@
 #include "fake_wbem.h"
 #include "generic_battery/wmi_client.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -72,7 +73,8 @@ INSTANTIATE_TEST_SUITE_P(
                    kLongCondition.c_str(),
                    kLongClass.c_str(),
                    "SELECT a FROM " + std::string(50, 'k') + " WHERE " + std::string(500, 'c')},
-        SelectCase{{"a", "b", "c"}, "", "d", "SELECT a, b, c FROM d WHERE "}));
+        SelectCase{{"a", "b", "c"}, "", "d", "SELECT a, b, c FROM d WHERE "}),
+    NameBy<&SelectCase::expected>());
 
 TEST(BuildSelect, RefusesMissingPartsBeforeTakingMemory) {
     const char *names[] = {"a", nullptr};
@@ -135,7 +137,13 @@ INSTANTIATE_TEST_SUITE_P(
                   kBattery,
                   kCimv2,
                   0,
-                  {{"DesignVoltage", ""}}}));
+                  {{"DesignVoltage", ""}}}),
+    [](const ::testing::TestParamInfo<QueryCase> &info) {
+        const QueryCase &c = info.param;
+        return testName(std::string(c.instrumentation) + " " +
+                        (c.condition == nullptr ? "all" : c.condition) + " " + c.className +
+                        (c.space == kCimv2 ? "" : " elsewhere"));
+    });
 
 struct StepFailure {
     const char *step;
@@ -170,7 +178,8 @@ INSTANTIATE_TEST_SUITE_P(
                       StepFailure{"CoInitializeSecurity", 17, 0},
                       StepFailure{"CoCreateInstance", 0, 18}, StepFailure{"ConnectServer", 0, 19},
                       StepFailure{"CoSetProxyBlanket", 0, 20}, StepFailure{"ExecQuery", 0, 21},
-                      StepFailure{"Get", 0, 23}));
+                      StepFailure{"Get", 0, 23}),
+    NameBy<&StepFailure::step>());
 
 struct Apartment {
     const char *instrumentation;
@@ -197,7 +206,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Apartment{R"({"apartment": "single-threaded"})", 0},
                       Apartment{R"({"securityAlreadySet": true})", 17},
                       Apartment{R"({"apartment": "single-threaded", "securityAlreadySet": true})",
-                                17}));
+                                17}),
+    NameBy<&Apartment::instrumentation>());
 
 TEST(WmiClient, StartsComOnceAndUndoesItOnce) {
     useScenarioText(machine("{}"));
@@ -266,7 +276,7 @@ Fill bstr(const char16_t *units, size_t cut = 0) {
 Fill ofType(VARTYPE type) {
     return variant(type, 1);
 }
-const std::u16string k600(600, u'x');
+const std::u16string k500(500, u'x'), k501(501, u'x');
 
 INSTANTIATE_TEST_SUITE_P(
     Types, VariantDecoding,
@@ -276,10 +286,12 @@ INSTANTIATE_TEST_SUITE_P(
                       Decoding{"false", boolean(0), "False"}, Decoding{"bool 1", boolean(1), ""},
                       Decoding{"bstr", bstr(u"11400"), "11400"},
                       Decoding{"bstr with NUL", bstr(u"ab", 1), "a"},
-                      Decoding{"long bstr", bstr(k600.c_str()), std::string(500, 'x')},
+                      Decoding{"bstr at its limit", bstr(k500.c_str()), std::string(500, 'x')},
+                      Decoding{"bstr one past", bstr(k501.c_str()), std::string(500, 'x')},
                       Decoding{"bstr beyond one byte", bstr(u"A\u4e2d"), ""},
                       Decoding{"null bstr", bstr(nullptr), ""},
-                      Decoding{"null", ofType(VT_NULL), ""}, Decoding{"r8", ofType(VT_R8), ""}));
+                      Decoding{"null", ofType(VT_NULL), ""}, Decoding{"r8", ofType(VT_R8), ""}),
+    NameBy<&Decoding::what>());
 
 TEST(CollectResults, AFailedReadGives23AndTheWalkGoesOn) {
     fake_wbem::Enumerator rows({{{u"A", refusal()}, {u"B", value(i4(1))}},

@@ -9,6 +9,7 @@
 
 #include "platform/string_handler.h"
 #include "platform/win_string_handler_imp.h"
+#include "support/time_zone.h"
 #include "wide_text.h"
 
 // One table per operation family; the rows are the limits and edges.
@@ -217,6 +218,8 @@ TEST(StringHandler, CopyWithOverlapCheckTable) {
         {4, 10, nullptr, 0, 10, 0, "abcd"},     // clearing ends a source before it
         {2, 8, nullptr, 0, 2, 0, "ab"},         // source just before the buffer
         {0, 8, nullptr, 0, 10, 0, ""},          // source at the buffer's own address
+        {0, 8, nullptr, 1, 2, -1, ""},          // shifted by one: the two bytes overlap by one
+        {0, 8, nullptr, 1, 1, 0, "b"},          // shifted by one, one byte: they only touch
         {0, 0, "a", 0, 10, -1, "abcdefgh"},     // size 0
     };
     for (const Row &row : rows) {
@@ -286,10 +289,7 @@ TEST(StringHandler, WideAndNarrowConversionTable) {
 }
 
 TEST(StringHandler, LocalTimeInUtcAndItsLimits) {
-    const char *zone = std::getenv("TZ");
-    const std::string oldZone = zone != nullptr ? zone : "";
-    setenv("TZ", "UTC", 1);
-    tzset();
+    ScopedTimeZone utc("UTC0");
     const int64_t times[] = {0, 32535244799LL, 32535244800LL, -1};
     const std::vector<int> expected[] = {{70, 0, 1, 0, 0, 0, 4, 0},
                                          {1101, 0, 1, 7, 59, 59, 4, 0},
@@ -306,12 +306,6 @@ TEST(StringHandler, LocalTimeInUtcAndItsLimits) {
     struct tm t = {};
     EXPECT_EQ(text().localTime(&t, nullptr), EINVAL);
     EXPECT_EQ(text().localTime(nullptr, &times[0]), EINVAL);
-    if (zone != nullptr) {
-        setenv("TZ", oldZone.c_str(), 1);
-    } else {
-        unsetenv("TZ");
-    }
-    tzset();
 }
 
 TEST(StringHandler, PrintToStream) {
@@ -334,7 +328,8 @@ TEST(StringHandler, SanitizeFieldTable) {
     };
     const Row rows[] = {
         {bytes("  ab\0x", 6), 6, 12, "ab"},
-        {"abcdefghij", 10, 3, "ab"}, // cut at the buffer
+        {"abcdefghij", 10, 3, "ab"},   // cut at the buffer
+        {"abcdefgh", 8, 8, "abcdefg"}, // a run of exactly the buffer's size
         {"a\x7F"
          "b\xC3",
          4, 12, "a?b?"},

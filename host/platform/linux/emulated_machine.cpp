@@ -58,6 +58,24 @@ public:
                 {"changes", changes}};
     }
 
+    MachineSample sample() override {
+        const emulator::PowerState &power = notebook().power();
+        double sum = 0;
+        unsigned present = 0;
+        for (const emulator::BatteryDescription &battery : notebook().batteries()) {
+            if (!battery.present) continue;
+            sum += battery.chargePercent;
+            ++present;
+        }
+        MachineSample sample;
+        sample.atMs = static_cast<double>(notebook().clock().elapsedMs());
+        sample.chargePercent = present == 0 ? 0 : sum / present;
+        sample.ac = power.ac;
+        sample.displayLevel = static_cast<int>(power.ac ? power.acBrightness : power.dcBrightness);
+        sample.scheme = schemeName(power.scheme);
+        return sample;
+    }
+
 private:
     static emulator::Notebook &notebook() { return emulator::Notebook::instance(); }
 };

@@ -1,5 +1,9 @@
 #include "machines.h"
 
+#include <windows.h>
+
+#include <chrono>
+
 #include "platform_layer/this_machine.h"
 
 namespace {
@@ -20,6 +24,23 @@ public:
     bool userIgnoresPrompts() override { return false; }
     nlohmann::json state() override { return nlohmann::json::object(); }
     bool allowsChanges() override { return false; }
+    // The system's battery figures as the module's own calls see them.
+    MachineSample sample() override {
+        MachineSample sample;
+        sample.atMs =
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started_)
+                .count();
+        SYSTEM_POWER_STATUS status{};
+        if (GetSystemPowerStatus(&status) != 0) {
+            if (status.BatteryLifePercent <= 100) sample.chargePercent = status.BatteryLifePercent;
+            sample.ac = status.ACLineStatus == 1;
+        }
+        sample.scheme = "unknown";
+        return sample;
+    }
+
+private:
+    std::chrono::steady_clock::time_point started_ = std::chrono::steady_clock::now();
 };
 
 Machine *chosen = nullptr;

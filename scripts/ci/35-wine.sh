@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# The Windows test programs of the cross build (30-windows.sh builds them
+# beside the DLL) run under Wine, each test as its own Windows process.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+cmake --preset mingw >/dev/null
+cmake --build --preset mingw
+# A fresh Wine prefix is made once, before tests start side by side.
+cmake/wine-run.sh wineboot --init >/dev/null 2>&1 || true
+ctest --preset mingw
