@@ -243,6 +243,11 @@ int main(int argc, char **argv) {
         return usageError("no module '" + options.moduleName + "' here (this is -Mbattery)", app);
     }
 
+    const std::string outputError = run_outputs::checkPaths(options.outputs);
+    if (!outputError.empty()) {
+        library->releaseInterface();
+        return usageError(outputError, app);
+    }
     module_session::prepareComponents(*module);
     RunPlan plan;
     std::string planError;

@@ -1,5 +1,6 @@
 #include "battery_driver.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <string>
@@ -104,6 +105,15 @@ uint32_t copyText(const std::string &text, bool unterminated, void *output, uint
     return 0;
 }
 
+uint32_t copyRaw(const RawDriverAnswer &answer, void *output, uint32_t outputSize,
+                 uint32_t *returned) {
+    if (answer.status != 0) return answer.status;
+    const size_t count = std::min<size_t>(answer.bytes.size(), output == nullptr ? 0 : outputSize);
+    if (count != 0) std::memcpy(output, answer.bytes.data(), count);
+    *returned = static_cast<uint32_t>(count);
+    return 0;
+}
+
 template <typename Record>
 uint32_t copyRecord(const Record &record, void *output, uint32_t outputSize, uint32_t *returned) {
     if (output == nullptr || outputSize < sizeof record) return kInsufficientBuffer;
@@ -134,26 +144,34 @@ uint32_t BatteryDriver::control(uint32_t code, const void *input, uint32_t input
         vanished_ = true;
     }
 
+    // A driver that hands out its own tags takes them back, whatever they are.
+    const bool anyTag = battery.driver.rawAnswers.count(DriverFaults::kRawTag) != 0;
     if (code == kQueryTag) {
         if (input == nullptr || inputSize < sizeof(uint32_t)) return kInvalidParameter;
         if (output == nullptr || outputSize < sizeof(uint32_t)) return kInsufficientBuffer;
         // With a wait time of 0 an empty slot answers at once, with no tag.
         if (!present()) return kFileNotFound;
+        const auto raw = battery.driver.rawAnswers.find(DriverFaults::kRawTag);
+        if (raw != battery.driver.rawAnswers.end())
+            return copyRaw(raw->second, output, outputSize, returned);
         return copyRecord(tagOf(battery), output, outputSize, returned);
     }
     if (code == kQueryInformation) {
         if (input == nullptr || inputSize < sizeof(QueryInformation)) return kInvalidParameter;
         QueryInformation query;
         std::memcpy(&query, input, sizeof query);
-        if (!present() || query.tag != tagOf(battery)) return kFileNotFound;
+        if (!present() || (query.tag != tagOf(battery) && !anyTag)) return kFileNotFound;
         return information(query.level, output, outputSize, returned);
     }
     if (code == kQueryStatus) {
         if (input == nullptr || inputSize < sizeof(WaitStatus)) return kInvalidParameter;
         WaitStatus wait;
         std::memcpy(&wait, input, sizeof wait);
-        if (!present() || wait.tag != tagOf(battery)) return kFileNotFound;
+        if (!present() || (wait.tag != tagOf(battery) && !anyTag)) return kFileNotFound;
         if (battery.driver.statusFails) return kGenFailure;
+        const auto raw = battery.driver.rawAnswers.find(DriverFaults::kRawStatus);
+        if (raw != battery.driver.rawAnswers.end())
+            return copyRaw(raw->second, output, outputSize, returned);
         return status(output, outputSize, returned);
     }
     return kInvalidFunction;
@@ -163,6 +181,9 @@ uint32_t BatteryDriver::information(uint32_t level, void *output, uint32_t outpu
                                     uint32_t *returned) {
     const BatteryDescription &battery = notebook_.batteries().at(battery_);
     if (level >= kLevelCount) return kInvalidParameter;
+    const auto raw = battery.driver.rawAnswers.find(level);
+    if (raw != battery.driver.rawAnswers.end())
+        return copyRaw(raw->second, output, outputSize, returned);
     for (const std::string &failing : battery.driver.failingLevels) {
         if (failing == kLevelNames[level]) return kInvalidFunction;
     }

@@ -70,6 +70,13 @@ uint16_t dateWord(const ManufactureDate &date) {
 BatteryPages::BatteryPages() = default;
 
 BatteryPages::BatteryPages(const BatteryDescription &battery) {
+    if (!battery.registerBytes.empty()) {
+        const size_t count = std::min(battery.registerBytes.size(), pages_.size() * kRegisterCount);
+        for (size_t i = 0; i < count; ++i) {
+            pages_[i / kRegisterCount][i % kRegisterCount] = battery.registerBytes[i];
+        }
+        return;
+    }
     putByte(kStatusPage, kAuthenticityRegister, authenticityByte(battery.authenticity));
     putByte(kStatusPage, kBatteryModeHighRegister,
             static_cast<uint8_t>((battery.capacityUnit == "mWh" ? kCapacityModeBit : 0) |

@@ -62,18 +62,27 @@ private:
     size_t at_ = 0;
 };
 
-WmiInstance batteryInstance(const BatteryDescription &battery, const std::string &voltageType) {
+WmiInstance batteryInstance(const BatteryDescription &battery, const std::string &voltageType,
+                            const InstrumentationSection *raw = nullptr) {
     WmiInstance instance;
-    instance["DeviceID"] = {WmiValue::Text, battery.uniqueId, 0};
-    instance["Name"] = {WmiValue::Text, battery.deviceName, 0};
+    instance["DeviceID"] = {WmiValue::Text, battery.uniqueId, 0, {}};
+    instance["Name"] = {WmiValue::Text, battery.deviceName, 0, {}};
     WmiValue voltage;
     if (voltageType == "text") {
         // A uint64 property travels as text.
-        voltage = {WmiValue::Text, std::to_string(battery.designVoltage_mV), 0};
+        voltage = {WmiValue::Text, std::to_string(battery.designVoltage_mV), 0, {}};
     } else if (voltageType == "int32") {
-        voltage = {WmiValue::Int32, "", static_cast<int32_t>(battery.designVoltage_mV)};
+        voltage = {WmiValue::Int32, "", static_cast<int32_t>(battery.designVoltage_mV), {}};
     }
     instance["DesignVoltage"] = voltage;
+    if (raw != nullptr) {
+        for (const auto &property : raw->rawProperties) {
+            WmiValue given;
+            given.kind = WmiValue::Raw;
+            given.raw = property.second;
+            instance[property.first] = given;
+        }
+    }
     return instance;
 }
 
@@ -134,8 +143,8 @@ WmiAnswer InstrumentationService::query(const Scenario &scenario, const std::str
     std::vector<WmiInstance> instances;
     for (const BatteryDescription &battery : scenario.batteries) {
         if (battery.present && !battery.uniqueId.empty()) {
-            instances.push_back(
-                batteryInstance(battery, scenario.instrumentation.designVoltageType));
+            instances.push_back(batteryInstance(battery, scenario.instrumentation.designVoltageType,
+                                                &scenario.instrumentation));
         }
     }
     // Every name must belong to the class, whether or not a row comes.
@@ -154,7 +163,10 @@ WmiAnswer InstrumentationService::query(const Scenario &scenario, const std::str
     for (const WmiInstance &instance : instances) {
         if (filtered) {
             const WmiValue *value = findProperty(instance, filterProperty);
-            if (value->kind != WmiValue::Text || !sameText(value->text, filterValue)) continue;
+            const bool text = value->kind == WmiValue::Text ||
+                              (value->kind == WmiValue::Raw && value->raw.type == 8 /* VT_BSTR */);
+            const std::string &given = value->kind == WmiValue::Raw ? value->raw.text : value->text;
+            if (!text || !sameText(given, filterValue)) continue;
         }
         WmiInstance row;
         for (const std::string &name : selected) {

@@ -26,6 +26,9 @@ InstrumentationAnswer converted(const emulator::WmiAnswer &answer) {
             value.kind = static_cast<InstrumentationValue::Kind>(property.second.kind);
             value.text = property.second.text;
             value.number = property.second.number;
+            value.variantType = property.second.raw.type;
+            value.bits = property.second.raw.bits;
+            if (value.kind == InstrumentationValue::Raw) value.text = property.second.raw.text;
             instance.emplace(property.first, value);
         }
         result.rows.push_back(std::move(instance));
@@ -71,6 +74,7 @@ public:
         const emulator::PowerState &state = notebook().power();
         if (state.faults.statusFails) return kGenFailure;
         power->acOnLine = state.ac;
+        power->acLineUnknown = state.faults.acLineUnknown;
         power->anyBattery = false;
         for (const auto &battery : notebook().batteries()) {
             power->anyBattery = power->anyBattery || battery.present;

@@ -110,6 +110,13 @@ public:
             } else if (found->kind == InstrumentationValue::Int32) {
                 value->vt = VT_I4;
                 value->lVal = found->number;
+            } else if (found->kind == InstrumentationValue::Raw) {
+                value->vt = found->variantType;
+                if (found->variantType == VT_BSTR) {
+                    value->bstrVal = SysAllocString(widen(found->text).c_str());
+                } else {
+                    value->ullVal = found->bits;
+                }
             } else {
                 value->vt = VT_NULL;
             }

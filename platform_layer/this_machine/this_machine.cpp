@@ -28,6 +28,7 @@ namespace platform_layer {
 namespace {
 
 constexpr uint32_t kErrorFileNotFound = 2;
+constexpr uint32_t kErrorInvalidHandle = 6;
 constexpr uint32_t kErrorGenFailure = 31;
 constexpr uint32_t kErrorNotSupported = 50;
 constexpr uint32_t kPortRefused = 1;
@@ -89,22 +90,23 @@ std::string kernelRelease() {
 
 InstrumentationInstance batteryInstance(PowerSupply &battery) {
     InstrumentationInstance instance;
-    instance["DeviceID"] = {InstrumentationValue::Text, *battery_records::uniqueId(battery), 0};
+    instance["DeviceID"] = {InstrumentationValue::Text, *battery_records::uniqueId(battery), 0, 0,
+                            0};
     const std::optional<std::string> model = battery.modelName();
-    instance["Name"] = model ? InstrumentationValue{InstrumentationValue::Text, *model, 0}
+    instance["Name"] = model ? InstrumentationValue{InstrumentationValue::Text, *model, 0, 0, 0}
                              : InstrumentationValue{};
     // A uint64 property travels as text.
     const std::optional<int64_t> voltage = battery_records::designVoltage_mV(battery);
-    instance["DesignVoltage"] =
-        voltage ? InstrumentationValue{InstrumentationValue::Text, std::to_string(*voltage), 0}
-                : InstrumentationValue{};
+    instance["DesignVoltage"] = voltage ? InstrumentationValue{InstrumentationValue::Text,
+                                                               std::to_string(*voltage), 0, 0, 0}
+                                        : InstrumentationValue{};
     return instance;
 }
 
 const InstrumentationValue *findProperty(const InstrumentationInstance &instance,
                                          const std::string &name) {
     for (const auto &property : instance) {
-        if (sameWqlText(property.first, name)) return &property.second;
+        if (sameIgnoringCase(property.first, name)) return &property.second;
     }
     return nullptr;
 }
@@ -123,7 +125,7 @@ public:
     }
 
     uint32_t openDevice(const std::string &path, void **handle) override {
-        if (sameWqlText(path, kDisplayPath)) {
+        if (sameIgnoringCase(path, kDisplayPath)) {
             std::lock_guard<std::mutex> lock(mutex_);
             if (const uint32_t error = display_.open()) return error;
             *handle = newHandle(kDisplayPath);
@@ -131,7 +133,7 @@ public:
         }
         SysfsReading reading = newRequest();
         for (const std::string &supply : systemBatteries(reading)) {
-            if (!sameWqlText(battery_device::pathOf(supply), path)) continue;
+            if (!sameIgnoringCase(battery_device::pathOf(supply), path)) continue;
             std::lock_guard<std::mutex> lock(mutex_);
             *handle = newHandle(supply);
             return 0;
@@ -144,7 +146,7 @@ public:
         {
             std::lock_guard<std::mutex> lock(mutex_);
             const auto found = handles_.find(handle);
-            if (found == handles_.end()) return 6; // ERROR_INVALID_HANDLE
+            if (found == handles_.end()) return kErrorInvalidHandle;
             supply = found->second;
             if (supply == kDisplayPath) {
                 return display_.control(code, input, inputSize, output, outputSize, returned);
@@ -181,10 +183,11 @@ public:
     }
     std::optional<std::string> registryText(const std::string &keyPath,
                                             const std::string &name) override {
-        if (!sameWqlText(name, "DriverVersion")) return std::nullopt;
+        if (!sameIgnoringCase(name, "DriverVersion")) return std::nullopt;
         const size_t devices = batteryClassDevices().size();
         for (size_t index = 0; index < devices; ++index) {
-            if (sameWqlText(keyPath, kDriverClassRoot + driverKey(index))) return kernelRelease();
+            if (sameIgnoringCase(keyPath, kDriverClassRoot + driverKey(index)))
+                return kernelRelease();
         }
         return std::nullopt;
     }
@@ -227,7 +230,7 @@ public:
     bool comUsable() override { return com_.usable(); }
     bool comStepFails(const char *) override { return false; }
     bool knowsNamespace(const std::string &name) override {
-        return sameWqlText(name, "ROOT\\CIMV2");
+        return sameIgnoringCase(name, "ROOT\\CIMV2");
     }
     InstrumentationAnswer query(const std::string &language, const std::string &wql) override;
 
@@ -267,7 +270,7 @@ private:
 
 InstrumentationAnswer ThisMachine::query(const std::string &language, const std::string &wql) {
     InstrumentationAnswer answer;
-    if (!sameWqlText(language, "WQL")) {
+    if (!sameIgnoringCase(language, "WQL")) {
         answer.status = kInvalidQueryType;
         return answer;
     }
@@ -276,7 +279,7 @@ InstrumentationAnswer ThisMachine::query(const std::string &language, const std:
         answer.status = kInvalidQuery;
         return answer;
     }
-    if (!sameWqlText(statement->className, "Win32_Battery")) {
+    if (!sameIgnoringCase(statement->className, "Win32_Battery")) {
         answer.status = kInvalidClass;
         return answer;
     }
@@ -301,14 +304,14 @@ InstrumentationAnswer ThisMachine::query(const std::string &language, const std:
         if (statement->filter) {
             const InstrumentationValue *value = findProperty(instance, statement->filter->first);
             if (value->kind != InstrumentationValue::Text ||
-                !sameWqlText(value->text, statement->filter->second)) {
+                !sameIgnoringCase(value->text, statement->filter->second)) {
                 continue;
             }
         }
         InstrumentationInstance row;
         for (const std::string &name : statement->selected) {
             for (const auto &property : instance) {
-                if (sameWqlText(property.first, name)) row[property.first] = property.second;
+                if (sameIgnoringCase(property.first, name)) row[property.first] = property.second;
             }
         }
         answer.rows.push_back(row);

@@ -12,9 +12,10 @@ namespace emulator {
 
 // One property value of an instance, in the form the service hands it out.
 struct WmiValue {
-    enum Kind { Null, Text, Int32 } kind = Null;
+    enum Kind { Null, Text, Int32, Raw } kind = Null;
     std::string text;
     int32_t number = 0;
+    InstrumentationSection::RawVariant raw; // for Raw
 };
 
 using WmiInstance = std::map<std::string, WmiValue>;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,13 @@ struct ManufactureDate {
 
 // One battery in real units. The embedded controller and the operating
 // system's battery driver both show this same battery.
+// What a hostile or broken driver answers to one request, whatever the
+// battery is: a failure status, or these bytes cut to the caller's buffer.
+struct RawDriverAnswer {
+    uint32_t status = 0;
+    std::vector<uint8_t> bytes;
+};
+
 // Faults of the operating system's battery driver for one battery.
 struct DriverFaults {
     // The battery leaves after this many driver requests on its device: its
@@ -32,6 +40,13 @@ struct DriverFaults {
     // The driver's text for the serial number where it is not the number
     // itself (padded with blanks, say); empty: the number.
     std::string serialNumberText;
+    // Answers given instead of the battery's own, by information level
+    // (0 BatteryInformation ... 8 BatterySerialNumber) and kRawTag and
+    // kRawStatus for the tag and status requests. Not read from scenario
+    // files: tests and fuzz targets set them.
+    static constexpr uint32_t kRawTag = 100;
+    static constexpr uint32_t kRawStatus = 101;
+    std::map<uint32_t, RawDriverAnswer> rawAnswers;
 };
 
 struct BatteryDescription {
@@ -55,6 +70,11 @@ struct BatteryDescription {
     double chargePercent = 80.0;
     std::string uniqueId; // the driver's unique identifier; empty when it gives none
     DriverFaults driver;
+    // When not empty, the controller shows these bytes on its pages 0x02 to
+    // 0x06 (48 registers each, page after page) instead of encoding the
+    // fields above. Not read from scenario files: tests and fuzz targets set
+    // it.
+    std::vector<uint8_t> registerBytes;
 };
 
 enum class ControllerPort { Index, Data };
@@ -99,6 +119,15 @@ struct InstrumentationSection {
     // How the service hands out DesignVoltage: "text" (as a uint64 property
     // travels), "int32" or "null".
     std::string designVoltageType = "text";
+    // Win32_Battery properties (DeviceID, Name, DesignVoltage) handed out as
+    // given instead: a variant type held by value, or VT_BSTR with `text`.
+    // Not read from scenario files: tests and fuzz targets set them.
+    struct RawVariant {
+        uint16_t type = 0;
+        uint64_t bits = 0;
+        std::string text;
+    };
+    std::map<std::string, RawVariant> rawProperties;
 };
 
 // One device of the battery setup class as the device registry lists it.
@@ -126,6 +155,7 @@ struct PowerSection {
     bool statusFails = false;        // GetSystemPowerStatus fails
     bool schemeQueryFails = false;   // PowerGetActiveScheme fails
     bool schemeChangeFails = false;  // PowerSetActiveScheme fails
+    bool acLineUnknown = false;      // GetSystemPowerStatus reports AC line status 255
     int32_t batteryLifePercent = -1; // overrides the figure from the batteries (0-255)
 };
 
