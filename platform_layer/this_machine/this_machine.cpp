@@ -125,7 +125,7 @@ public:
     }
 
     uint32_t openDevice(const std::string &path, void **handle) override {
-        if (sameWqlText(path, kDisplayPath)) {
+        if (sameIgnoringCase(path, kDisplayPath)) {
             std::lock_guard<std::mutex> lock(mutex_);
             if (const uint32_t error = display_.open()) return error;
             *handle = newHandle(kDisplayPath);

@@ -9,6 +9,7 @@ namespace {
 volatile std::sig_atomic_t gReceived = 0;
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 constexpr int kPollMilliseconds = 200; // a stop is seen within this long at a prompt
+constexpr size_t kLongestAnswer = 256;
 
 extern "C" void onStopSignal(int number) {
     if (gReceived == 0) gReceived = number;
@@ -54,7 +55,8 @@ bool stop_signals::readLine(int descriptor, std::string &line) {
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) return got == 0 && !line.empty();
         if (c == '\n') return !requested();
-        line.push_back(c);
+        // An answer is a word; what a runaway input adds beyond that is dropped.
+        if (line.size() < kLongestAnswer) line.push_back(c);
     }
     return false;
 }
