@@ -8,9 +8,17 @@ if(BATTERY_FUZZ)
 endif()
 
 add_library(project_warnings INTERFACE)
-target_compile_options(project_warnings INTERFACE -Wall -Wextra)
-if(BATTERY_WARNINGS_AS_ERRORS)
-  target_compile_options(project_warnings INTERFACE -Werror)
+if(MSVC)
+  # cl and clang-cl: standard C++ without Microsoft's extensions.
+  target_compile_options(project_warnings INTERFACE /W4 /permissive- /Zc:__cplusplus /utf-8)
+  if(BATTERY_WARNINGS_AS_ERRORS)
+    target_compile_options(project_warnings INTERFACE /WX)
+  endif()
+else()
+  target_compile_options(project_warnings INTERFACE -Wall -Wextra)
+  if(BATTERY_WARNINGS_AS_ERRORS)
+    target_compile_options(project_warnings INTERFACE -Werror)
+  endif()
 endif()
 
 add_library(project_sanitizers INTERFACE)
@@ -39,10 +47,14 @@ if(WIN32)
   # and a runtime linked in so the DLL stands alone.
   target_compile_definitions(project_options INTERFACE
     WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 UNICODE _UNICODE)
-  target_link_options(project_options INTERFACE -static -static-libgcc -static-libstdc++)
-  # A DLL without export markings exports all its symbols, but never those
-  # of the runtime linked into it, which every program has its own copy of.
-  target_link_options(project_options INTERFACE -Wl,--exclude-libs,ALL)
+  if(MSVC)
+    # The static runtime (/MT): see CMAKE_MSVC_RUNTIME_LIBRARY at the top.
+  else()
+    target_link_options(project_options INTERFACE -static -static-libgcc -static-libstdc++)
+    # A DLL without export markings exports all its symbols, but never those
+    # of the runtime linked into it, which every program has its own copy of.
+    target_link_options(project_options INTERFACE -Wl,--exclude-libs,ALL)
+  endif()
 endif()
 
 # A shipped Windows binary carries no debug sections (the static C++ runtime

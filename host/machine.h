@@ -45,9 +45,6 @@ public:
     virtual bool controlsAcCable() { return true; }
     // Power scheme, brightness, AC line and their changes, for the report.
     virtual nlohmann::json state() = 0;
-    // Whether the extended diagnostic, which changes the display and the
-    // power scheme, may run here.
-    virtual bool allowsChanges() { return true; }
 
     // A real machine keeps what an extended run changes on disk until the
     // run has put it back. At the start, what a run that died left changed

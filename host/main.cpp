@@ -243,6 +243,11 @@ int main(int argc, char **argv) {
         return usageError("no module '" + options.moduleName + "' here (this is -Mbattery)", app);
     }
 
+    const std::string outputError = run_outputs::checkPaths(options.outputs);
+    if (!outputError.empty()) {
+        library->releaseInterface();
+        return usageError(outputError, app);
+    }
     module_session::prepareComponents(*module);
     RunPlan plan;
     std::string planError;
@@ -250,14 +255,6 @@ int main(int argc, char **argv) {
         !run_plan::chooseDevices(*module, options.devices, plan, planError)) {
         library->releaseInterface();
         return usageError(planError, app);
-    }
-
-    if (!machine.allowsChanges() && run_plan::includesExtended(plan)) {
-        library->releaseInterface();
-        return usageError("the extended diagnostic changes the display and the power scheme; "
-                          "it is not offered on " +
-                              machine.describe() + " yet",
-                          app);
     }
 
     RunView view(RunView::modeFor(options.json), RunView::colourWanted(), options.rawKeys,
@@ -275,8 +272,7 @@ int main(int argc, char **argv) {
         return ResultNotApplicable;
     }
     stop_signals::install();
-    const bool changesMachine = std::any_of(plan.tests.begin(), plan.tests.end(),
-                                            [](Test *test) { return test->isInteractive(); });
+    const bool changesMachine = run_plan::includesExtended(plan);
     std::string journalError;
     if (changesMachine && !machine.recordSettings(journalError)) {
         std::fprintf(stderr, "error: %s; an extended test needs it to put the machine back\n",

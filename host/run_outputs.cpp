@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 
 #include <CLI/CLI.hpp>
@@ -25,6 +26,18 @@ void addOptions(CLI::App &app, OutputOptions &options) {
                    "History database (default: $XDG_DATA_HOME/battery_host/history.sqlite3)");
     app.add_flag("--no-history", options.noHistory, "Record nothing in the history");
     app.add_flag("--history", options.showHistory, "Print each battery's recorded history");
+}
+
+std::string checkPaths(const OutputOptions &options) {
+    for (const std::string *path : {&options.reportPath, &options.metricsPath}) {
+        if (path->empty()) continue;
+        const std::filesystem::path folder = std::filesystem::path(*path).parent_path();
+        std::error_code ignored;
+        if (!folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
+            return "no folder '" + folder.string() + "' for " + *path;
+        }
+    }
+    return "";
 }
 
 namespace {

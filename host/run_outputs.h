@@ -35,6 +35,9 @@ struct RunSummary {
 namespace run_outputs {
 
 void addOptions(CLI::App &app, OutputOptions &options);
+// Empty when the report's and the metrics' folders exist, else one line: a
+// long run must not end in a file that cannot be written.
+std::string checkPaths(const OutputOptions &options);
 // Records the run and writes the report and the metrics. Each failure is one
 // line on standard error and keeps nothing else from being written.
 void write(const OutputOptions &options, const RunSummary &summary, const Language &language);

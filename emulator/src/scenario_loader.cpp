@@ -219,11 +219,13 @@ PowerSection parsePower(const JsonFields &fields) {
             power.schemeQueryFails = true;
         else if (fault == "scheme-change-fails")
             power.schemeChangeFails = true;
+        else if (fault == "ac-line-unknown")
+            power.acLineUnknown = true;
         else
             throw FieldError(fields.pathOf("faults"),
                              "unknown fault '" + fault +
                                  "' (known: status-call-fails, scheme-query-fails, "
-                                 "scheme-change-fails)");
+                                 "scheme-change-fails, ac-line-unknown)");
     }
     if (fields.has("batteryLifePercent")) {
         power.batteryLifePercent =

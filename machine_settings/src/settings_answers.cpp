@@ -16,9 +16,16 @@ constexpr uint8_t kPolicyBoth = 3;
 constexpr uint32_t kRecordSize = 3; // policy, AC level, battery level
 } // namespace
 
+// The device stays while it is the one found, so the level it had before the
+// first write is still known when the test puts it back.
 uint32_t DisplayAnswer::open() {
-    backlight_ = Backlight::find();
-    return backlight_ ? 0 : kFileNotFound;
+    std::optional<Backlight> found = Backlight::find();
+    if (!found) {
+        backlight_.reset();
+        return kFileNotFound;
+    }
+    if (!backlight_ || backlight_->name() != found->name()) backlight_ = std::move(found);
+    return 0;
 }
 
 uint32_t DisplayAnswer::control(uint32_t code, const void *input, uint32_t inputSize, void *output,

@@ -39,15 +39,19 @@ bool sysfs_text::readNumber(const std::string &path, uint32_t &number) {
     return result.ec == std::errc() && result.ptr == end;
 }
 
+// Not truncated first: an attribute takes the value whole, and a test bed's
+// plain file, overwritten in place, still begins with a whole line when its
+// writer is killed midway.
 bool sysfs_text::write(const std::string &path, const std::string &text) {
-    const int descriptor = open(path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
     if (descriptor < 0) return false;
+    const std::string line = text + "\n";
     ssize_t wrote;
     do {
-        wrote = ::write(descriptor, text.data(), text.size());
+        wrote = ::write(descriptor, line.data(), line.size());
     } while (wrote < 0 && errno == EINTR);
     const bool closed = close(descriptor) == 0;
-    return wrote == static_cast<ssize_t>(text.size()) && closed;
+    return wrote == static_cast<ssize_t>(line.size()) && closed;
 }
 
 } // namespace machine_settings

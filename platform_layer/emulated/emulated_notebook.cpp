@@ -74,6 +74,7 @@ public:
         const emulator::PowerState &state = notebook().power();
         if (state.faults.statusFails) return kGenFailure;
         power->acOnLine = state.ac;
+        power->acLineUnknown = state.faults.acLineUnknown;
         power->anyBattery = false;
         for (const auto &battery : notebook().batteries()) {
             power->anyBattery = power->anyBattery || battery.present;

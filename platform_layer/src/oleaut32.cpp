@@ -2,6 +2,7 @@
 
 #include <oleauto.h>
 
+#include <cstdint>
 #include <cstring>
 #include <new>
 

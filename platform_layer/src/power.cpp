@@ -48,10 +48,12 @@ BOOL GetSystemPowerStatus(LPSYSTEM_POWER_STATUS status) {
         flag = percent > 66 ? kFlagHigh : percent < 5 ? kFlagCritical : percent < 33 ? kFlagLow : 0;
         if (power.acOnLine && percent < 100) flag |= kFlagCharging;
     }
-    status->ACLineStatus = power.acOnLine ? 1 : 0;
+    // Cleared whole: the byte after the percentage is named differently in
+    // SDK versions.
+    *status = SYSTEM_POWER_STATUS{};
+    status->ACLineStatus = power.acLineUnknown ? 255 : power.acOnLine ? 1 : 0;
     status->BatteryFlag = flag;
     status->BatteryLifePercent = static_cast<BYTE>(percent > 255 ? 255 : percent);
-    status->SystemStatusFlag = 0;
     status->BatteryLifeTime = 0xFFFFFFFFu;
     status->BatteryFullLifeTime = 0xFFFFFFFFu;
     return TRUE;

@@ -7,6 +7,7 @@
 
 #include <sys/utsname.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <map>
@@ -17,6 +18,7 @@
 #include "battery_device.h"
 #include "battery_records.h"
 #include "com_apartment.h"
+#include "machine_settings/settings_answers.h"
 #include "power_supply.h"
 #include "sysfs_reading.h"
 #include "wql_statement.h"
@@ -26,12 +28,45 @@ namespace platform_layer {
 namespace {
 
 constexpr uint32_t kErrorFileNotFound = 2;
+constexpr uint32_t kErrorInvalidHandle = 6;
 constexpr uint32_t kErrorGenFailure = 31;
 constexpr uint32_t kErrorNotSupported = 50;
 constexpr uint32_t kPortRefused = 1;
 constexpr int32_t kInvalidQueryType = static_cast<int32_t>(0x80041018u);
 constexpr int32_t kInvalidClass = static_cast<int32_t>(0x80041010u);
 constexpr int32_t kInvalidQuery = static_cast<int32_t>(0x80041017u);
+
+// The display's device path, kept as a handle's supply name: no supply name
+// holds a backslash.
+constexpr const char *kDisplayPath = "\\\\.\\LCD";
+
+std::atomic<double> gTimeScale{1.0};
+
+machine_settings::Scheme settingsScheme(PowerScheme scheme) {
+    switch (scheme) {
+    case PowerScheme::HighPerformance:
+        return machine_settings::Scheme::HighPerformance;
+    case PowerScheme::Balanced:
+        return machine_settings::Scheme::Balanced;
+    case PowerScheme::PowerSaver:
+        return machine_settings::Scheme::PowerSaver;
+    default:
+        return machine_settings::Scheme::Own;
+    }
+}
+
+PowerScheme windowsScheme(machine_settings::Scheme scheme) {
+    switch (scheme) {
+    case machine_settings::Scheme::HighPerformance:
+        return PowerScheme::HighPerformance;
+    case machine_settings::Scheme::Balanced:
+        return PowerScheme::Balanced;
+    case machine_settings::Scheme::PowerSaver:
+        return PowerScheme::PowerSaver;
+    default:
+        return PowerScheme::Custom;
+    }
+}
 
 constexpr const char *kBatteryClassKey = "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}";
 constexpr const char *kDriverClassRoot = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
@@ -71,7 +106,7 @@ InstrumentationInstance batteryInstance(PowerSupply &battery) {
 const InstrumentationValue *findProperty(const InstrumentationInstance &instance,
                                          const std::string &name) {
     for (const auto &property : instance) {
-        if (sameWqlText(property.first, name)) return &property.second;
+        if (sameIgnoringCase(property.first, name)) return &property.second;
     }
     return nullptr;
 }
@@ -80,22 +115,27 @@ class ThisMachine : public Machine {
 public:
     uint32_t tickCount() override {
         const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
-        return static_cast<uint32_t>(
-            std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
+        const double milliseconds =
+            std::chrono::duration<double, std::milli>(sinceStart).count() * gTimeScale.load();
+        return static_cast<uint32_t>(static_cast<uint64_t>(milliseconds));
     }
     void sleep(uint32_t milliseconds) override {
-        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        std::this_thread::sleep_for(
+            std::chrono::duration<double, std::milli>(milliseconds / gTimeScale.load()));
     }
 
     uint32_t openDevice(const std::string &path, void **handle) override {
+        if (sameWqlText(path, kDisplayPath)) {
+            std::lock_guard<std::mutex> lock(mutex_);
+            if (const uint32_t error = display_.open()) return error;
+            *handle = newHandle(kDisplayPath);
+            return 0;
+        }
         SysfsReading reading = newRequest();
         for (const std::string &supply : systemBatteries(reading)) {
-            if (!sameWqlText(battery_device::pathOf(supply), path)) continue;
+            if (!sameIgnoringCase(battery_device::pathOf(supply), path)) continue;
             std::lock_guard<std::mutex> lock(mutex_);
-            void *fresh = reinterpret_cast<void *>(nextHandle_);
-            nextHandle_ += 4; // Windows handles are multiples of four
-            handles_[fresh] = supply;
-            *handle = fresh;
+            *handle = newHandle(supply);
             return 0;
         }
         return kErrorFileNotFound;
@@ -106,8 +146,11 @@ public:
         {
             std::lock_guard<std::mutex> lock(mutex_);
             const auto found = handles_.find(handle);
-            if (found == handles_.end()) return 6; // ERROR_INVALID_HANDLE
+            if (found == handles_.end()) return kErrorInvalidHandle;
             supply = found->second;
+            if (supply == kDisplayPath) {
+                return display_.control(code, input, inputSize, output, outputSize, returned);
+            }
         }
         SysfsReading reading = newRequest();
         return battery_device::answer(reading, supply, code, input, inputSize, output, outputSize,
@@ -140,10 +183,11 @@ public:
     }
     std::optional<std::string> registryText(const std::string &keyPath,
                                             const std::string &name) override {
-        if (!sameWqlText(name, "DriverVersion")) return std::nullopt;
+        if (!sameIgnoringCase(name, "DriverVersion")) return std::nullopt;
         const size_t devices = batteryClassDevices().size();
         for (size_t index = 0; index < devices; ++index) {
-            if (sameWqlText(keyPath, kDriverClassRoot + driverKey(index))) return kernelRelease();
+            if (sameIgnoringCase(keyPath, kDriverClassRoot + driverKey(index)))
+                return kernelRelease();
         }
         return std::nullopt;
     }
@@ -166,9 +210,19 @@ public:
         power->batteryPercent = counted > 0 ? static_cast<uint32_t>(percentSum / counted) : 255;
         return 0;
     }
-    // Schemes and the display are not changed on this machine yet.
-    uint32_t activeScheme(PowerScheme *) override { return kErrorNotSupported; }
-    uint32_t setActiveScheme(PowerScheme) override { return kErrorNotSupported; }
+    // power-profiles-daemon or the firmware's platform profile; neither makes
+    // the query fail, as Windows's does without a power scheme.
+    uint32_t activeScheme(PowerScheme *scheme) override {
+        machine_settings::Scheme found = machine_settings::Scheme::Balanced;
+        std::lock_guard<std::mutex> lock(mutex_);
+        const uint32_t error = schemes_.active(found);
+        if (error == 0) *scheme = windowsScheme(found);
+        return error;
+    }
+    uint32_t setActiveScheme(PowerScheme scheme) override {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return schemes_.set(settingsScheme(scheme));
+    }
 
     int32_t comInitialize(uint32_t coInit) override { return com_.initialize(coInit); }
     void comUninitialize() override { com_.uninitialize(); }
@@ -176,7 +230,7 @@ public:
     bool comUsable() override { return com_.usable(); }
     bool comStepFails(const char *) override { return false; }
     bool knowsNamespace(const std::string &name) override {
-        return sameWqlText(name, "ROOT\\CIMV2");
+        return sameIgnoringCase(name, "ROOT\\CIMV2");
     }
     InstrumentationAnswer query(const std::string &language, const std::string &wql) override;
 
@@ -199,15 +253,24 @@ private:
         return *now >= *full ? 100 : *now * 100 / *full;
     }
 
+    void *newHandle(const std::string &supply) {
+        void *fresh = reinterpret_cast<void *>(nextHandle_);
+        nextHandle_ += 4; // Windows handles are multiples of four
+        handles_[fresh] = supply;
+        return fresh;
+    }
+
     std::mutex mutex_;
     std::map<void *, std::string> handles_;
     uintptr_t nextHandle_ = 0x2000;
     ComApartment com_;
+    machine_settings::DisplayAnswer display_;
+    machine_settings::SchemeAnswer schemes_;
 };
 
 InstrumentationAnswer ThisMachine::query(const std::string &language, const std::string &wql) {
     InstrumentationAnswer answer;
-    if (!sameWqlText(language, "WQL")) {
+    if (!sameIgnoringCase(language, "WQL")) {
         answer.status = kInvalidQueryType;
         return answer;
     }
@@ -216,7 +279,7 @@ InstrumentationAnswer ThisMachine::query(const std::string &language, const std:
         answer.status = kInvalidQuery;
         return answer;
     }
-    if (!sameWqlText(statement->className, "Win32_Battery")) {
+    if (!sameIgnoringCase(statement->className, "Win32_Battery")) {
         answer.status = kInvalidClass;
         return answer;
     }
@@ -241,14 +304,14 @@ InstrumentationAnswer ThisMachine::query(const std::string &language, const std:
         if (statement->filter) {
             const InstrumentationValue *value = findProperty(instance, statement->filter->first);
             if (value->kind != InstrumentationValue::Text ||
-                !sameWqlText(value->text, statement->filter->second)) {
+                !sameIgnoringCase(value->text, statement->filter->second)) {
                 continue;
             }
         }
         InstrumentationInstance row;
         for (const std::string &name : statement->selected) {
             for (const auto &property : instance) {
-                if (sameWqlText(property.first, name)) row[property.first] = property.second;
+                if (sameIgnoringCase(property.first, name)) row[property.first] = property.second;
             }
         }
         answer.rows.push_back(row);
@@ -261,6 +324,10 @@ InstrumentationAnswer ThisMachine::query(const std::string &language, const std:
 Machine &thisMachine() {
     static ThisMachine machine;
     return machine;
+}
+
+void setThisMachineTimeScale(double scale) {
+    if (scale > 0) gTimeScale.store(scale);
 }
 
 } // namespace platform_layer

@@ -23,7 +23,7 @@ public:
         }
         return text_.substr(start, at_ - start);
     }
-    bool keyword(const char *expected) { return sameWqlText(word(), expected); }
+    bool keyword(const char *expected) { return sameIgnoringCase(word(), expected); }
     bool symbol(char expected) {
         skipBlanks();
         if (at_ >= text_.size() || text_[at_] != expected) return false;
@@ -50,7 +50,7 @@ private:
 
 } // namespace
 
-bool sameWqlText(const std::string &a, const std::string &b) {
+bool sameIgnoringCase(const std::string &a, const std::string &b) {
     if (a.size() != b.size()) return false;
     for (size_t i = 0; i < a.size(); ++i) {
         if (std::tolower(static_cast<unsigned char>(a[i])) !=

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 
 #include "battery_module/diagnostic.h"
@@ -149,36 +148,6 @@ TEST(GenericManager, StartsEmptyAndARefreshGivesOneComponentWithAGroupPerBattery
     expectNothingLeftOpen();
 }
 
-// A driver that fills all 255 units of every text with no terminator: the
-// conversion fails, the texts read as not available, and the process lives.
-TEST(GenericManager, TextsWithoutTerminatorReadAsNotAvailable) {
-    const auto machine = emulator::parseScenario(R"({"name": "t", "controller": {"present": false},
-        "batteries": [{"slot": 0, "manufacturer": "Ostrelle", "deviceName": "OS-4C57",
-                       "serialNumber": 4711, "driver": {"unterminatedTexts": true}}]})",
-                                                 "unterminated");
-    ASSERT_TRUE(machine.ok) << machine.error;
-    notebook().install(machine.scenario);
-    {
-        LoadedModule library;
-        SystemComponentManager *manager = library.getInterface()->getComponentManager();
-        manager->refreshComponents();
-        ASSERT_EQ(manager->getComponentCount(), 1u);
-        const auto groups = manager->getComponent(0)->getInfoGroups();
-        ASSERT_EQ(groups.size(), 1u);
-        std::map<std::string, std::string> texts;
-        for (const auto &property : groups[0].properties) {
-            if (property.key == "NAME" || property.key == "MANUFACTURER" ||
-                property.key == "SERIAL_NUMBER") {
-                texts[property.key] = property.value;
-            }
-        }
-        EXPECT_EQ(texts, (std::map<std::string, std::string>{{"MANUFACTURER", "NOT_AVAILABLE"},
-                                                             {"NAME", "NOT_AVAILABLE"},
-                                                             {"SERIAL_NUMBER", "NOT_AVAILABLE"}}));
-    }
-    expectNothingLeftOpen();
-}
-
 struct QuickRunRow {
     const char *scenario;
     EntityId test;
@@ -210,17 +179,11 @@ TEST_P(QuickRunThroughTheLibrary, GivesTheWholeConversation) {
 namespace {
 const char *kLow = "YOUR_BATTERY_HAS_A_LOWER_THAN_EXPECTED_RELATIVE_CAPACITY.";
 const char *kHint = "POSSIBLE_DEFECTIVE_COMPONENTS: BATTERY";
-const char *kHot = "THE_TEMPERATURE_IN_YOUR_BATTERY_IS_ABOVE_THE_LIMIT_SET_BY_THE_MANUFACTURER.";
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(
     Table, QuickRunThroughTheLibrary,
     ::testing::Values(
-        QuickRunRow{"default",
-                    EntityId(12, 1, 1),
-                    ResultSuccess,
-                    {progress(0, ""), progress(100, ""), entry("TOTAL_BATTERY_CHARGE: 76%", 0),
-                     progress(100, "TOTAL_BATTERY_CHARGE: 76%")}},
         QuickRunRow{"worn",
                     EntityId(12, 1, 1),
                     ResultFailed,
@@ -228,12 +191,6 @@ INSTANTIATE_TEST_SUITE_P(
                      entry("TOTAL_BATTERY_CHARGE: 57%", 0),
                      progress(100, "TOTAL_BATTERY_CHARGE: 57%"), entry(kHint, 0),
                      progress(100, kHint)}},
-        QuickRunRow{"hot",
-                    EntityId(12, 1, 4),
-                    ResultWarning,
-                    {progress(0, ""), progress(100, ""), entry(kHot, 1),
-                     entry("TOTAL_BATTERY_CHARGE: 76%", 0),
-                     progress(100, "TOTAL_BATTERY_CHARGE: 76%")}},
         QuickRunRow{"generic-worn",
                     EntityId(12, 1, 1),
                     ResultFailed,

@@ -7,6 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "wide_text.h"
+
+// Text in the platform's WCHAR, 16-bit on both systems.
+using WideText = std::basic_string<WCHAR>;
+
 // Hand-made rows and enumerators for driving WmiClient::collectResults
 // with values the emulated service never gives.
 namespace fake_wbem {
@@ -19,7 +24,7 @@ struct Answer {
 
 class Row : public IWbemClassObject {
 public:
-    explicit Row(std::map<std::u16string, Answer> answers, int *alive)
+    explicit Row(std::map<WideText, Answer> answers, int *alive)
         : answers_(std::move(answers)), alive_(alive) {
         ++*alive_;
     }
@@ -33,7 +38,7 @@ public:
         return left;
     }
     HRESULT Get(LPCWSTR name, LONG, VARIANT *value, CIMTYPE *, LONG *) override {
-        const auto found = answers_.find(std::u16string(name));
+        const auto found = answers_.find(WideText(name));
         if (found == answers_.end()) return WBEM_E_NOT_FOUND;
         if (FAILED(found->second.result)) return found->second.result;
         VariantInit(value);
@@ -71,7 +76,7 @@ public:
     HRESULT GetMethodOrigin(LPCWSTR, BSTR *) override { return E_NOTIMPL; }
 
 private:
-    std::map<std::u16string, Answer> answers_;
+    std::map<WideText, Answer> answers_;
     int *alive_;
     ULONG references_ = 1;
 };
@@ -80,8 +85,7 @@ private:
 // time-out with a row, success without one), since only the count counts.
 class Enumerator : public IEnumWbemClassObject {
 public:
-    explicit Enumerator(std::vector<std::map<std::u16string, Answer>> rows)
-        : rows_(std::move(rows)) {}
+    explicit Enumerator(std::vector<std::map<WideText, Answer>> rows) : rows_(std::move(rows)) {}
     virtual ~Enumerator() = default;
 
     int rowsAlive = 0;
@@ -104,7 +108,7 @@ public:
     HRESULT Skip(LONG, ULONG) override { return E_NOTIMPL; }
 
 private:
-    std::vector<std::map<std::u16string, Answer>> rows_;
+    std::vector<std::map<WideText, Answer>> rows_;
     size_t next_ = 0;
 };
 

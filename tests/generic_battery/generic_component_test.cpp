@@ -183,6 +183,24 @@ TEST(GenericComponent, AComponentWithoutDevicesAnswersAsItMust) {
     EXPECT_TRUE(charges.empty());
     EXPECT_EQ(component.refreshCapacities(), 0u);
     EXPECT_EQ(GenericBatteryComponent::milliampHours(48000, 0), 0);
+    // In double and truncated: 30400 / 7.6 lies just below 4000.
+    EXPECT_EQ(GenericBatteryComponent::milliampHours(30400, 7600), 3999);
+}
+
+// The line status 255 is unknown: a failure that leaves the answer alone,
+// not a machine off AC power.
+TEST(GenericComponent, AnUnknownAcLineIsAFailureNotOff) {
+    const std::tuple<std::string, uint32_t, bool> rows[] = {
+        {R"(, "power": {"ac": true})", 0, true},
+        {R"(, "power": {"ac": false})", 0, false},
+        {R"(, "power": {"ac": false, "faults": ["ac-line-unknown"]})", 1, true}};
+    for (const auto &[power, result, onAc] : rows) {
+        useScenarioText(oneBattery("", power));
+        GenericBatteryComponentWindows component;
+        bool answer = true;
+        EXPECT_EQ(component.isOnAcPower(answer), result) << power;
+        EXPECT_EQ(answer, onAc) << power;
+    }
 }
 
 } // namespace

@@ -85,6 +85,8 @@ Change chemistry(const std::string &text) {
 }
 
 const std::string k254(254, 'n');
+const std::string kFullSerial = R"(, "driver": {"serialNumberText": ")" + k254 + "\"}";
+const std::string kLongSerial = R"(, "driver": {"serialNumberText": ")" + k254 + "n\"}";
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, ReadBattery,
@@ -140,6 +142,15 @@ INSTANTIATE_TEST_SUITE_P(
         ReadCase{"instrumentation fails", "",
                  R"(, "instrumentation": {"failingStep": "ExecQuery"})", 0, noVoltage},
         ReadCase{"blank chemistry", R"(, "chemistry": "    ")", "", 0, chemistry("")},
+        ReadCase{"four NUL bytes of chemistry", R"(, "chemistry": "")", "", 0, chemistry("")},
+        ReadCase{"serial number with leading blanks",
+                 R"(, "driver": {"serialNumberText": "  0815"})", "", 0,
+                 [](GenericBatteryInfo &i) { i.serialNumber = "  0815"; }},
+        // 254 characters and the terminator fill the 510-byte buffer; one more does not fit.
+        ReadCase{"serial number as long as the buffer", kFullSerial, "", 0,
+                 [](GenericBatteryInfo &i) { i.serialNumber = k254; }},
+        ReadCase{"serial number beyond the buffer", kLongSerial, "", 0,
+                 [](GenericBatteryInfo &i) { i.serialNumber = ""; }},
         ReadCase{"unknown chemistry", R"(, "chemistry": "XyZw")", "", 0, chemistry("XyZw")},
         ReadCase{"short chemistry", R"(, "chemistry": "Li")", "", 0,
                  chemistry(std::string("Li\0\0", 4))},

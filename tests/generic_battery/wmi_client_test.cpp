@@ -11,7 +11,7 @@
 
 namespace {
 
-const WCHAR kCimv2[] = u"ROOT\\CIMV2";
+const WCHAR kCimv2[] = WIDE_TEXT("ROOT\\CIMV2");
 
 // A machine with two batteries the service knows, in the given COM state.
 std::string machine(const std::string &instrumentation) {
@@ -129,7 +129,7 @@ INSTANTIATE_TEST_SUITE_P(
         QueryCase{"{}", nullptr, kBattery, kCimv2, 0, {{"DesignVoltage", "7600"}}},
         QueryCase{"{}", nullptr, "Win32_Fan", kCimv2, wmi_code::QueryFailed, {}},
         QueryCase{"{}", "DeviceID = ID-A", kBattery, kCimv2, wmi_code::QueryFailed, {}},
-        QueryCase{"{}", nullptr, kBattery, u"ROOT\\WMI", wmi_code::ConnectFailed, {}},
+        QueryCase{"{}", nullptr, kBattery, WIDE_TEXT("ROOT\\WMI"), wmi_code::ConnectFailed, {}},
         QueryCase{R"({"designVoltageType": "int32"})", "DeviceID = 'ID-A'", kBattery, kCimv2, 0,
                   kA},
         QueryCase{R"({"designVoltageType": "null"})",
@@ -226,7 +226,7 @@ fake_wbem::Answer value(std::function<void(VARIANT &)> fill) {
     return {S_OK, std::move(fill)};
 }
 fake_wbem::Answer refusal() {
-    return {WBEM_E_NOT_FOUND, nullptr};
+    return {static_cast<HRESULT>(WBEM_E_NOT_FOUND), nullptr};
 }
 
 struct Decoding {
@@ -238,7 +238,7 @@ struct Decoding {
 class VariantDecoding : public ::testing::TestWithParam<Decoding> {};
 
 TEST_P(VariantDecoding, GivesTheTextForItsType) {
-    fake_wbem::Enumerator rows({{{u"P", value(GetParam().fill)}}});
+    fake_wbem::Enumerator rows({{{WIDE_TEXT("P"), value(GetParam().fill)}}});
     const char *names[] = {"P"};
     WmiResults results;
     WmiClient client;
@@ -250,7 +250,7 @@ TEST_P(VariantDecoding, GivesTheTextForItsType) {
 using Fill = std::function<void(VARIANT &)>;
 // A variant of `type` holding `number`, or for VT_BSTR the string `units`
 // (null: a null string) with a NUL put at `cut`.
-Fill variant(VARTYPE type, LONG number, const char16_t *units = nullptr, size_t cut = 0) {
+Fill variant(VARTYPE type, LONG number, const WCHAR *units = nullptr, size_t cut = 0) {
     return [=](VARIANT &v) {
         v.vt = type;
         if (type == VT_I2) v.iVal = static_cast<SHORT>(number);
@@ -270,13 +270,13 @@ Fill i4(LONG number) {
 Fill boolean(LONG flag) {
     return variant(VT_BOOL, flag);
 }
-Fill bstr(const char16_t *units, size_t cut = 0) {
+Fill bstr(const WCHAR *units, size_t cut = 0) {
     return variant(VT_BSTR, 0, units, cut);
 }
 Fill ofType(VARTYPE type) {
     return variant(type, 1);
 }
-const std::u16string k500(500, u'x'), k501(501, u'x');
+const WideText k500(500, WCHAR('x')), k501(501, WCHAR('x'));
 
 INSTANTIATE_TEST_SUITE_P(
     Types, VariantDecoding,
@@ -284,19 +284,19 @@ INSTANTIATE_TEST_SUITE_P(
                       Decoding{"i4 max", i4(2147483647), "2147483647"},
                       Decoding{"true", boolean(VARIANT_TRUE), "True"},
                       Decoding{"false", boolean(0), "False"}, Decoding{"bool 1", boolean(1), ""},
-                      Decoding{"bstr", bstr(u"11400"), "11400"},
-                      Decoding{"bstr with NUL", bstr(u"ab", 1), "a"},
+                      Decoding{"bstr", bstr(WIDE_TEXT("11400")), "11400"},
+                      Decoding{"bstr with NUL", bstr(WIDE_TEXT("ab"), 1), "a"},
                       Decoding{"bstr at its limit", bstr(k500.c_str()), std::string(500, 'x')},
                       Decoding{"bstr one past", bstr(k501.c_str()), std::string(500, 'x')},
-                      Decoding{"bstr beyond one byte", bstr(u"A\u4e2d"), ""},
+                      Decoding{"bstr beyond one byte", bstr(WIDE_TEXT("A\u4e2d")), ""},
                       Decoding{"null bstr", bstr(nullptr), ""},
                       Decoding{"null", ofType(VT_NULL), ""}, Decoding{"r8", ofType(VT_R8), ""}),
     NameBy<&Decoding::what>());
 
 TEST(CollectResults, AFailedReadGives23AndTheWalkGoesOn) {
-    fake_wbem::Enumerator rows({{{u"A", refusal()}, {u"B", value(i4(1))}},
-                                {{u"A", value(i4(2))}, {u"B", value(i4(3))}},
-                                {{u"B", value(i2(4))}}});
+    fake_wbem::Enumerator rows({{{WIDE_TEXT("A"), refusal()}, {WIDE_TEXT("B"), value(i4(1))}},
+                                {{WIDE_TEXT("A"), value(i4(2))}, {WIDE_TEXT("B"), value(i4(3))}},
+                                {{WIDE_TEXT("B"), value(i2(4))}}});
     const char *names[] = {"A", "B"};
     WmiResults results;
     WmiClient client;
@@ -307,7 +307,7 @@ TEST(CollectResults, AFailedReadGives23AndTheWalkGoesOn) {
 
 TEST(CollectResults, LooksUpNamesCutTo50Characters) {
     const std::string longName(60, 'p');
-    fake_wbem::Enumerator rows({{{std::u16string(50, u'p'), value(i4(7))}}});
+    fake_wbem::Enumerator rows({{{WideText(50, WCHAR('p')), value(i4(7))}}});
     const char *names[] = {longName.c_str()};
     WmiResults results;
     WmiClient client;

@@ -106,3 +106,28 @@ TEST(Metrics, PassPromtoolAndHoldEveryFigureOfEachBattery) {
     EXPECT_NE(metrics.find("test=\"12.1.4\"} 0\n"), std::string::npos) << metrics;
     EXPECT_FALSE(std::filesystem::exists(folder / ".fleet.prom.tmp"));
 }
+
+TEST(Outputs, AFolderThatIsNotThereIsAUsageErrorBeforeAnyTestRuns) {
+    OutputFolder folder;
+    for (const char *option : {"--report", "--metrics"}) {
+        const auto outcome = folder.host(std::string("-Q --no-history ") + option + " gone/x");
+        EXPECT_EQ(outcome.exitCode, 2) << outcome.output;
+        EXPECT_NE(outcome.output.find("no folder 'gone' for gone/x"), std::string::npos)
+            << outcome.output;
+        EXPECT_EQ(outcome.output.find("passed"), std::string::npos) << outcome.output;
+    }
+}
+
+TEST(Metrics, EscapeAMachineNameWithQuotesAndBackslashes) {
+    OutputFolder folder;
+    auto scenario = nlohmann::json::parse(fileText(std::string(SCENARIO_DIR) + "/default.json"));
+    scenario["name"] = "lab \"7\" \\ desk";
+    std::ofstream(folder / "lab.json") << scenario.dump();
+    ASSERT_EQ(folder.host("-Q --no-history --scenario lab.json --metrics lab.prom").exitCode, 0);
+    const auto check = folder.shell("promtool check metrics < lab.prom");
+    EXPECT_EQ(check.exitCode, 0) << check.output;
+    EXPECT_NE(fileText(folder / "lab.prom")
+                  .find("machine=\"emulated notebook 'lab \\\"7\\\" \\\\ desk'\""),
+              std::string::npos)
+        << fileText(folder / "lab.prom");
+}

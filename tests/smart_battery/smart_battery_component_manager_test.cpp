@@ -7,6 +7,7 @@
 #include "frame/path_builders.h"
 #include "smart_battery/smart_battery_component.h"
 #include "smart_battery/smart_battery_component_manager.h"
+#include "support/port_log.h"
 #include "support/scenario.h"
 #include "support/test_name.h"
 
@@ -168,14 +169,30 @@ TEST(SmartManager, ARefreshReplacesTheComponentsAndARefreshedComponentIsNone) {
     EXPECT_EQ(manager.getComponentCount(), 2u);
 }
 
-TEST(SmartManager, NoPresenceQuestionWithoutCommunication) {
-    useScenarioText(
-        R"({"name": "t", "controller": {"present": true, "faults": {"busyForever": true}},
-                        "batteries": [{}]})");
-    SmartBatteryComponentManager manager(ID_BATTERY_MANAGER);
-    EXPECT_FALSE(manager.isBatteryAvailable());
-    // Two failed selections of two waits each; a presence check would wait on.
-    EXPECT_EQ(emulator::Notebook::instance().clock().elapsedMs(), 2000u);
+// Presence is asked only once communication has succeeded: the controller
+// sees the communication check and then, only if it passed, the presence check.
+TEST(SmartManager, AsksForPresenceOnlyAfterCommunicationSucceeded) {
+    using Question = bool (SmartBatteryComponentManager::*)();
+    for (const char *scenario : {"default", R"({"name": "t", "controller": {"present": true,
+                                  "faults": {"busyForever": true}}, "batteries": [{}]})"}) {
+        bool answer = false;
+        const auto accessesOf = [&](Question question) {
+            use(scenario);
+            SmartBatteryComponentManager manager(ID_BATTERY_MANAGER);
+            startPortLog();
+            answer = (manager.*question)();
+            return portLog();
+        };
+        std::vector<std::string> expected =
+            accessesOf(&SmartBatteryComponentManager::isCommunicating);
+        if (answer) {
+            const auto presence = accessesOf(&SmartBatteryComponentManager::isAnyBatteryPresent);
+            expected.insert(expected.end(), presence.begin(), presence.end());
+        }
+        ASSERT_FALSE(expected.empty());
+        EXPECT_EQ(accessesOf(&SmartBatteryComponentManager::isBatteryAvailable), expected)
+            << scenario;
+    }
 }
 
 TEST(SmartManager, AFullRefreshOfTwoBatteriesCostsWhatTheProtocolPrescribes) {

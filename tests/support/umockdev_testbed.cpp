@@ -37,8 +37,10 @@ Testbed::~Testbed() {
 }
 
 std::string Testbed::attributePath(const std::string &supply, const std::string &attribute) const {
-    return std::string(umockdev_testbed_get_sys_dir(testbedOf(testbed_))) + "/class/power_supply/" +
-           supply + "/" + attribute;
+    gchar *root = umockdev_testbed_get_sys_dir(testbedOf(testbed_));
+    const std::string path = std::string(root) + "/class/power_supply/" + supply + "/" + attribute;
+    g_free(root);
+    return path;
 }
 
 void Testbed::set(const std::string &supply, const std::string &attribute,

@@ -155,6 +155,7 @@ struct PowerSection {
     bool statusFails = false;        // GetSystemPowerStatus fails
     bool schemeQueryFails = false;   // PowerGetActiveScheme fails
     bool schemeChangeFails = false;  // PowerSetActiveScheme fails
+    bool acLineUnknown = false;      // GetSystemPowerStatus reports AC line status 255
     int32_t batteryLifePercent = -1; // overrides the figure from the batteries (0-255)
 };
 

@@ -72,7 +72,17 @@ std::vector<std::string> settings_journal::replayLeft() {
 }
 
 bool settings_journal::record(std::string &error) {
-    return RestoreJournal::write(toJson(machine_settings::takeSnapshot()), error);
+    std::string readError;
+    if (const std::optional<nlohmann::json> left = RestoreJournal::read(readError)) {
+        if (const std::optional<long> writer = livingWriter(*left)) {
+            error = "another battery_host (process " + std::to_string(*writer) +
+                    ") is running an extended test on this machine";
+            return false;
+        }
+    }
+    nlohmann::json entries = toJson(machine_settings::takeSnapshot());
+    entries["pid"] = static_cast<long>(getpid());
+    return RestoreJournal::write(entries, error);
 }
 
 void settings_journal::close() {

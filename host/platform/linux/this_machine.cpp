@@ -5,25 +5,37 @@
 #include <chrono>
 
 #include "platform_layer/this_machine.h"
+#include "settings_journal.h"
 
 namespace {
 
-// The Linux computer the host runs on, read through the platform layer:
-// no scenarios, wall-clock time, nothing changed.
+// The Linux computer the host runs on, through the platform layer. The
+// person moves the AC cable; the host keeps a journal of the display level
+// and power profile an extended test changes, until they are back.
 class ThisComputer : public Machine {
 public:
     std::string selectScenario(const std::string &nameOrPath) override {
         return "scenario '" + nameOrPath + "': scenarios exist only on the emulated notebook";
     }
     std::string describe() override { return "this-machine"; }
-    void setTimeScale(double) override {}
+    void setTimeScale(double scale) override { platform_layer::setThisMachineTimeScale(scale); }
     std::vector<std::pair<std::string, std::string>> scenarioList() override { return {}; }
     uint32_t systemEvents() override { return 0; }
     bool stopRequested() override { return false; }
     void setAcCable(bool) override {}
+    bool controlsAcCable() override { return false; }
     bool userIgnoresPrompts() override { return false; }
-    nlohmann::json state() override { return nlohmann::json::object(); }
-    bool allowsChanges() override { return false; }
+    nlohmann::json state() override {
+        nlohmann::json found = settings_journal::sources();
+        platform_layer::SystemPower power;
+        if (platform_layer::thisMachine().systemPower(&power) == 0) found["ac"] = power.acOnLine;
+        return found;
+    }
+    std::vector<std::string> putBackWhatARunLeft() override {
+        return settings_journal::replayLeft();
+    }
+    bool recordSettings(std::string &error) override { return settings_journal::record(error); }
+    void settingsPutBack() override { settings_journal::close(); }
     // The system's battery figures as the module's own calls see them.
     MachineSample sample() override {
         MachineSample sample;

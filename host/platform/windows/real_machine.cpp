@@ -19,6 +19,7 @@ public:
     uint32_t systemEvents() override { return 0; }
     bool stopRequested() override { return false; }
     void setAcCable(bool) override {}
+    bool controlsAcCable() override { return false; }
     bool userIgnoresPrompts() override { return false; }
     nlohmann::json state() override { return nlohmann::json::object(); }
     // The system's own battery figures; the display level and the scheme's

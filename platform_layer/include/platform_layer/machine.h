@@ -32,6 +32,7 @@ struct SetupDevice {
 // What GetSystemPowerStatus reports.
 struct SystemPower {
     bool acOnLine = false;
+    bool acLineUnknown = false; // the line status reads 255
     bool anyBattery = false;
     uint32_t batteryPercent = 255; // 255: unknown or no battery
 };

@@ -13,6 +13,9 @@ inline constexpr const char *kPowerSupplyClass = "/sys/class/power_supply";
 // power-supply class as upower reads it. Nothing is cached: every request
 // reads the attributes it needs afresh. Ports are never touched.
 WIN32_API Machine &thisMachine();
+// Time on this machine runs this many times faster than the wall clock (1 by
+// default): a test bed's extended run then takes seconds, not minutes.
+WIN32_API void setThisMachineTimeScale(double scale);
 
 // How often attribute files were read, for benchmarks and tests: every read
 // and the reads of a file already read in the same request (always zero by

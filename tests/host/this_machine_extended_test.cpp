@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "machine_settings/bus_mock.h"
+
+// The extended diagnostic on this machine: a umockdev testbed of a notebook
+// off AC with a backlight, a mock power-profiles-daemon on a private bus, time
+// running faster (60 times while a signal is to come a second in, so that it
+// comes amid the measurement). Whatever ends the run, the backlight and the
+// profile are as the module's restore rules say (the level found, the hold
+// let go), and a run killed outright is undone at the next start.
+
+namespace {
+
+constexpr const char *kTestbed = TESTBED_DIR "/notebook-with-backlight.umockdev";
+constexpr const char *kFoundLevel = "500"; // of 937: 53 percent, put back exactly
+constexpr const char *kHold =
+    "HoldProfile \"performance\" \"battery diagnostic running\" \"battery_host\"";
+
+struct Outcome {
+    int exitCode = -1;
+    std::string brightness; // the testbed's level once the host has ended
+    std::string errors;     // the host's standard error
+    std::string restarted;  // standard error of a second start, when there was one
+    std::string brightnessAfterRestart;
+};
+
+class ThisMachineRun : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { ASSERT_TRUE(bus_mock::startPrivateSystemBus()); }
+
+    void SetUp() override {
+        folder_ = ::testing::TempDir() + "this-machine-" +
+                  ::testing::UnitTest::GetInstance()->current_test_info()->name() + "/";
+        std::system(("rm -rf " + folder_ + " && mkdir -p " + folder_).c_str());
+        // Never the person's own state folder.
+        setenv("XDG_STATE_HOME", (folder_ + "state").c_str(), 1);
+    }
+
+    std::string journal() const { return folder_ + "state/battery_host/restore.json"; }
+    bool journalLeft() const {
+        struct stat info;
+        return stat(journal().c_str(), &info) == 0;
+    }
+
+    // Runs the host under the testbed; `signal` is sent a second into the
+    // run (none: the run ends by itself), and after SIGKILL the host starts
+    // once more, as a person would.
+    Outcome run(const std::string &arguments, const std::string &signal) {
+        const std::string brightness = "/sys/class/backlight/intel_backlight/brightness";
+        std::string script =
+            "exec 3<>" + folder_ + "in; " + HOST_PATH + " --this-machine -Mbattery " + arguments +
+            " --duration 5 --time-scale " + (signal.empty() ? "600" : "60") + " --json <" +
+            folder_ + "in >" + folder_ + "report.json 2>" + folder_ + "errors & pid=$!; ";
+        if (!signal.empty()) script += "sleep 1; kill -" + signal + " $pid; ";
+        script += "wait $pid; echo $? >" + folder_ + "code; cat " + brightness + " >" + folder_ +
+                  "level; ";
+        if (signal == "KILL") {
+            script += std::string(HOST_PATH) + " --this-machine -Mbattery --list >/dev/null 2>" +
+                      folder_ + "restarted; cat " + brightness + " >" + folder_ + "relevel; ";
+        }
+        const std::string command = "mkfifo " + folder_ + "in && umockdev-run -d " + kTestbed +
+                                    " -- sh -c '" + script + "'";
+        std::system(command.c_str());
+        Outcome outcome;
+        outcome.exitCode = std::atoi(read("code").c_str());
+        outcome.brightness = read("level");
+        outcome.errors = read("errors");
+        outcome.restarted = read("restarted");
+        outcome.brightnessAfterRestart = read("relevel");
+        return outcome;
+    }
+
+    std::string read(const std::string &name) const {
+        std::ifstream in(folder_ + name);
+        std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        while (!text.empty() && text.back() == '\n') text.pop_back();
+        return text;
+    }
+
+    std::string folder_;
+};
+
+struct StopRow {
+    const char *name;
+    const char *arguments;
+    const char *signal; // empty: the run ends by itself
+    int exitCode;
+    std::vector<std::string> profileCalls;
+};
+
+class ThisMachineStop : public ThisMachineRun, public ::testing::WithParamInterface<StopRow> {};
+
+} // namespace
+
+TEST_P(ThisMachineStop, TheMachineIsPutBack) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const Outcome outcome = run(GetParam().arguments, GetParam().signal);
+    EXPECT_EQ(outcome.exitCode, GetParam().exitCode) << outcome.errors;
+    EXPECT_EQ(outcome.brightness, kFoundLevel) << outcome.errors;
+    EXPECT_EQ(daemon.calls(std::vector<std::string>{"HoldProfile", "ReleaseProfile", "Set"}),
+              GetParam().profileCalls);
+    EXPECT_FALSE(journalLeft()) << "the journal is closed once the machine is back";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, ThisMachineStop,
+    ::testing::Values(
+        StopRow{"BothTestsToTheirEnd", "-E --yes", "", 1, {kHold, "ReleaseProfile 1"}},
+        StopRow{"TermWhileMeasuring", "-Ed --yes", "TERM", 143, {kHold, "ReleaseProfile 1"}},
+        StopRow{"HangUpWhileMeasuring", "-Ed --yes", "HUP", 129, {kHold, "ReleaseProfile 1"}},
+        StopRow{"CtrlCWhileMeasuring", "-Ed --yes", "INT", 4, {kHold, "ReleaseProfile 1"}},
+        StopRow{"CtrlCAtThePrompt", "-Ec", "INT", 4, {}}),
+    [](const ::testing::TestParamInfo<StopRow> &info) { return std::string(info.param.name); });
+
+TEST_F(ThisMachineRun, AKilledRunIsUndoneAtTheNextStart) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const Outcome outcome = run("-Ed --yes", "KILL");
+    EXPECT_EQ(outcome.exitCode, 137);
+    EXPECT_NE(outcome.brightness, kFoundLevel) << "killed amid its sweep of the display";
+    EXPECT_NE(outcome.restarted.find("restore journal: backlight intel_backlight put back to "
+                                     "500 of 937"),
+              std::string::npos)
+        << outcome.restarted;
+    EXPECT_EQ(outcome.brightnessAfterRestart, kFoundLevel);
+    EXPECT_FALSE(journalLeft());
+}
+
+TEST_F(ThisMachineRun, TheReportNamesWhereSettingsAreReadAndSet) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    run("-Ed --yes", "");
+    const nlohmann::json report = nlohmann::json::parse(read("report.json"), nullptr, false);
+    ASSERT_FALSE(report.is_discarded()) << read("errors");
+    const auto &state = report["machineState"];
+    EXPECT_EQ(state["backlight"]["device"], "intel_backlight") << state.dump();
+    EXPECT_EQ(state["backlight"]["writtenThrough"], "sysfs");
+    EXPECT_EQ(state["powerProfile"], "power-profiles-daemon");
+}
