@@ -2,7 +2,6 @@
 // adapter, each attribute there or not), read the way this machine's layer
 // reads them, into every driver record it makes from them.
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstddef>
@@ -10,6 +9,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 
 #include "battery_records.h"
@@ -45,10 +45,14 @@ const char *const kBatteryAttributes[] = {"type",
                                           "serial_number"};
 const char *const kAdapterAttributes[] = {"type", "online"};
 
-// A class folder of its own, removed when the process ends.
+// A class folder of its own, in memory where the system has a place for
+// that, removed when the process ends.
 struct ClassFolder {
-    const std::string root = std::filesystem::temp_directory_path().string() + "/sysfs_fuzzer_" +
-                             std::to_string(getpid());
+    const std::string root = (std::filesystem::is_directory("/dev/shm")
+                                  ? std::string("/dev/shm")
+                                  : std::filesystem::temp_directory_path().string()) +
+                             "/sysfs_fuzzer_" + std::to_string(getpid());
+    std::map<std::string, std::string> written; // what each file holds now
     ClassFolder() {
         std::filesystem::create_directories(root + "/BAT0");
         std::filesystem::create_directories(root + "/AC");
@@ -57,29 +61,34 @@ struct ClassFolder {
         std::error_code ignored;
         std::filesystem::remove_all(root, ignored);
     }
-};
 
-// A kernel text usually ends in a newline; a hostile one need not, and may
-// be long.
-void writeAttribute(const std::string &path, FuzzInput &input) {
-    if (!input.flag()) {
-        std::remove(path.c_str());
-        return;
+    // A kernel text usually ends in a newline; a hostile one need not, and
+    // may be long. Files are touched only when they change, for speed.
+    void writeAttribute(const std::string &file, FuzzInput &input) {
+        const std::string path = root + "/" + file;
+        const auto held = written.find(file);
+        if (!input.flag()) {
+            if (held != written.end()) std::remove(path.c_str());
+            if (held != written.end()) written.erase(held);
+            return;
+        }
+        std::string text = input.text(input.byte() == 0xFF ? 255 : 24);
+        if (input.byte() == 0xFF) text = std::string(5000, '9');
+        if (held != written.end() && held->second == text) return;
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
+        written[file] = text;
     }
-    const std::string text = input.text(input.byte() == 0xFF ? 255 : 24);
-    std::ofstream(path, std::ios::binary | std::ios::trunc)
-        << (input.byte() == 0xFF ? std::string(5000, '9') : text);
-}
+};
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    static const ClassFolder folder;
+    static ClassFolder folder;
     FuzzInput input(data, size);
     for (const char *attribute : kBatteryAttributes)
-        writeAttribute(folder.root + "/BAT0/" + attribute, input);
+        folder.writeAttribute(std::string("BAT0/") + attribute, input);
     for (const char *attribute : kAdapterAttributes)
-        writeAttribute(folder.root + "/AC/" + attribute, input);
+        folder.writeAttribute(std::string("AC/") + attribute, input);
 
     using namespace platform_layer;
     beginSysfsRequest();
