@@ -183,22 +183,22 @@ const char *kHint = "POSSIBLE_DEFECTIVE_COMPONENTS: BATTERY";
 
 INSTANTIATE_TEST_SUITE_P(
     Table, QuickRunThroughTheLibrary,
-    ::testing::Values(
-        QuickRunRow{"worn",
-                    EntityId(12, 1, 1),
-                    ResultFailed,
-                    {progress(0, ""), progress(100, ""), progress(100, kLow), entry(kLow, 2),
-                     entry("TOTAL_BATTERY_CHARGE: 57%", 0),
-                     progress(100, "TOTAL_BATTERY_CHARGE: 57%"), entry(kHint, 0),
-                     progress(100, kHint)}},
-        QuickRunRow{"generic-worn",
-                    EntityId(12, 1, 1),
-                    ResultFailed,
-                    {progress(0, ""), progress(100, "RELATIVE_CAPACITY: 0.471698"),
-                     entry("RELATIVE_CAPACITY: 0.471698", 0), progress(100, ""),
-                     progress(100, kLow), entry(kLow, 2), entry("TOTAL_BATTERY_CHARGE: 64%", 0),
-                     progress(100, "TOTAL_BATTERY_CHARGE: 64%"), entry(kHint, 0),
-                     progress(100, kHint)}}),
+    ::testing::Values(QuickRunRow{"worn",
+                                  EntityId(12, 1, 1),
+                                  ResultFailed,
+                                  {progress(0, ""), progress(100, ""), progress(100, kLow),
+                                   entry(kLow, 2), entry("TOTAL_BATTERY_CHARGE: 57%", 0),
+                                   progress(100, "TOTAL_BATTERY_CHARGE: 57%"), entry(kHint, 0),
+                                   progress(100, kHint)}},
+                      QuickRunRow{"generic-worn",
+                                  EntityId(12, 1, 1),
+                                  ResultFailed,
+                                  {progress(0, ""), progress(100, "RELATIVE_CAPACITY: 0.471698"),
+                                   entry("RELATIVE_CAPACITY: 0.471698", 0), progress(100, ""),
+                                   progress(100, kLow), entry(kLow, 2),
+                                   entry("TOTAL_BATTERY_CHARGE: 64%", 0),
+                                   progress(100, "TOTAL_BATTERY_CHARGE: 64%"), entry(kHint, 0),
+                                   progress(100, kHint)}}),
     [](const ::testing::TestParamInfo<QuickRunRow> &info) {
         return testName(std::string(info.param.scenario) + " " + " test " +
                         std::to_string(info.param.test.test()));
