@@ -2,6 +2,10 @@
 
 option(BATTERY_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(BATTERY_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(BATTERY_FUZZ "Build the libFuzzer targets (clang; implies BATTERY_SANITIZE)" OFF)
+if(BATTERY_FUZZ)
+  set(BATTERY_SANITIZE ON)
+endif()
 
 add_library(project_warnings INTERFACE)
 if(MSVC)
@@ -22,6 +26,10 @@ if(BATTERY_SANITIZE)
   target_compile_options(project_sanitizers INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(project_sanitizers INTERFACE -fsanitize=address,undefined)
+endif()
+if(BATTERY_FUZZ)
+  # Coverage for the fuzzer everywhere; only the fuzz targets link its main.
+  target_compile_options(project_sanitizers INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # A host reaches the module's classes through the public headers only; their

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "battery_module/entity_id.h"
+#include "run_outputs.h"
 
 // The host's own options.
 struct HostOptions {
@@ -18,10 +19,12 @@ struct HostOptions {
     bool yes = false;
     bool help = false;
     bool holdAboveCharge = false;
+    bool thisMachine = false;
     std::string duration;
     std::vector<std::string> runIds;
     std::vector<std::string> devices;
     double timeScale = 1.0;
+    OutputOptions outputs;
 };
 
 // A diagnostic option that the command line can carry: the module's rows

@@ -1,14 +1,11 @@
 #include "host_run.h"
 
-#include <cstdio>
-#include <iostream>
+#include <string>
 
-volatile std::sig_atomic_t gStopRequested = 0;
+#include "stop_signals.h"
 
 namespace {
-extern "C" void onInterrupt(int) {
-    gStopRequested = 1;
-}
+constexpr int kStandardInput = 0;
 
 // The module asks with its own keys; the one that asks to unplug says so.
 bool asksToPlug(const std::string &message) {
@@ -16,17 +13,13 @@ bool asksToPlug(const std::string &message) {
 }
 } // namespace
 
-void installStopHandler() {
-    std::signal(SIGINT, onInterrupt);
-}
-
 HostRun::HostRun(SystemComponent *target, std::vector<TestParameter> parameters, Machine &machine,
                  RunView &view, PromptAnswer answer, RunRecord &record)
     : target_(target), parameters_(std::move(parameters)), machine_(machine), view_(view),
       answer_(answer), record_(record) {}
 
 bool HostRun::isStopRequested() {
-    return gStopRequested != 0 || machine_.stopRequested();
+    return stop_signals::requested() || machine_.stopRequested();
 }
 
 uint32_t *HostRun::getSystemEvents() {
@@ -42,6 +35,7 @@ void HostRun::addEntry(std::string text, uint32_t level, uint32_t) {
 void HostRun::updateProgress(uint8_t percent, const std::string &text) {
     view_.progress(percent, text);
     record_.progress.push_back({percent, text});
+    record_.samples.push_back(machine_.sample());
 }
 
 void HostRun::requestInput(const InputRequest &request) {
@@ -50,15 +44,23 @@ void HostRun::requestInput(const InputRequest &request) {
     const bool plug = asksToPlug(request.message);
     bool act = true;
     if (answer_ == PromptAnswer::Ask) {
-        view_.ask("Press Enter once done (or type n and Enter to leave it): ");
+        // Asked on standard error, so a JSON report on standard output still
+        // leaves the person told which way the cable must go.
+        view_.ask(std::string(plug ? "Plug in the AC cable" : "Unplug the AC cable") +
+                  ", then press Enter (or type n and Enter to leave it): ");
         std::string line;
-        if (std::getline(std::cin, line)) {
+        if (stop_signals::readLine(kStandardInput, line)) {
             act = line.empty() || (line[0] != 'n' && line[0] != 'N');
         }
         // No answer at all (standard input closed): do what was asked.
     }
-    if (!act) {
+    if (stop_signals::requested()) {
+        // Nobody waits for the cable any more: the run ends as it stands.
+        view_.answered("stopped, left as it is");
+    } else if (!act) {
         view_.answered("left as it is");
+    } else if (!machine_.controlsAcCable()) {
+        view_.answered("the AC line is read as it is now");
     } else if (machine_.userIgnoresPrompts()) {
         view_.answered("the user ignores the request");
     } else {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <csignal>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -9,10 +8,6 @@
 #include "machine.h"
 #include "run_record.h"
 #include "run_view.h"
-
-// Set by Ctrl-C; every run's stop request reads it.
-extern volatile std::sig_atomic_t gStopRequested;
-void installStopHandler();
 
 // How the host answers a prompt to plug or unplug the AC cable.
 enum class PromptAnswer {

@@ -6,9 +6,20 @@
 
 #include <nlohmann/json.hpp>
 
-// The notebook the host runs on: the emulated one on Linux, the real one on
-// Windows. The host chooses a scenario and the pace of time through it, asks
-// it for the events a run must see, and lets it carry out what a prompt asks.
+// What the host sees of the machine at one moment of a run, for the report's
+// charts. A display level of -1 is one the machine does not tell.
+struct MachineSample {
+    double atMs = 0;
+    double chargePercent = 0;
+    bool ac = false;
+    int displayLevel = -1;
+    std::string scheme;
+};
+
+// The notebook the host runs on: on Linux the emulated one unless the
+// command line asks for this machine; on Windows the real one. The host chooses a scenario and the
+// pace of time through it, asks it for the events a run must see, and lets it carry out what a
+// prompt asks.
 class Machine {
 public:
     virtual ~Machine() = default;
@@ -29,8 +40,26 @@ public:
     // machine leaves this to the person in front of it.
     virtual void setAcCable(bool plugged) = 0;
     virtual bool userIgnoresPrompts() = 0;
+    // Whether setAcCable moves the cable. On a real machine the person does,
+    // and the module reads the line as it then is.
+    virtual bool controlsAcCable() { return true; }
     // Power scheme, brightness, AC line and their changes, for the report.
     virtual nlohmann::json state() = 0;
+    // Whether the extended diagnostic, which changes the display and the
+    // power scheme, may run here.
+    virtual bool allowsChanges() { return true; }
+
+    // A real machine keeps what an extended run changes on disk until the
+    // run has put it back. At the start, what a run that died left changed
+    // is put back (one line each to tell the person); before an extended
+    // run the settings are recorded; after it the record is closed.
+    virtual std::vector<std::string> putBackWhatARunLeft() { return {}; }
+    virtual bool recordSettings(std::string &) { return true; }
+    virtual void settingsPutBack() {}
+    virtual MachineSample sample() = 0;
 };
 
 Machine &currentMachine();
+// Makes this computer the machine of the run and of the module's Windows
+// calls, in place of the emulated notebook where there is one.
+void useThisMachine();

@@ -16,6 +16,7 @@
 #include "battery_module/resource.h"
 #include "command_line.h"
 #include "exit_codes.h"
+#include "host_options.h"
 #include "host_run.h"
 #include "language.h"
 #include "machine.h"
@@ -24,6 +25,7 @@
 #include "report.h"
 #include "run_plan.h"
 #include "run_view.h"
+#include "stop_signals.h"
 
 namespace {
 
@@ -40,28 +42,6 @@ Diagnostics (from the module's option tables; see the module's help below):
 Exit codes: 0 every test passed; otherwise the most severe result, in the order
 1 failed, 6 invalid, 4 aborted, 5 warning, 3 not applicable; 2 a usage error;
 69 the module could not be loaded or gave no interface.)";
-
-void buildHostOptions(CLI::App &app, HostOptions &options) {
-    app.add_option("--module", options.modulePath,
-                   "Path of the module library (default: beside this program)");
-    app.add_option("--scenario", options.scenario,
-                   "Emulated notebook: a built-in name, a JSON file, or 'list'");
-    app.add_flag("--list", options.list, "List diagnostics, tests and batteries");
-    app.add_flag("--version", options.version, "Print the host's and the module's versions");
-    app.add_flag("--json", options.json, "Print one JSON report instead of text");
-    app.add_flag("--keys", options.rawKeys, "Show the module's message keys, not English");
-    app.add_flag("-y,--yes", options.yes,
-                 "Answer every prompt by doing what it asks, without asking");
-    app.add_option("--duration", options.duration, "Minutes of an extended test (5 to 20)");
-    app.add_flag("--hold-above-charge", options.holdAboveCharge,
-                 "Discharge test: keep measuring while the charge is above 93 percent");
-    app.add_option("--run", options.runIds, "Run a test by identifier, e.g. 12.1.1");
-    app.add_option("--time-scale", options.timeScale,
-                   "Emulated time runs this many times faster than the wall clock "
-                   "(0.001 to 100000)");
-    app.add_option("devices", options.devices, "Batteries to test (default: all)");
-    app.set_help_flag("-h,--help", "Show this help and the module's help text");
-}
 
 std::string lowered(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -147,7 +127,7 @@ std::vector<RunRecord> runPlan(ModuleInterface &module, const RunPlan &plan,
             flow.lastNumber = 1;
             test->setParameter(flow);
         }
-        for (size_t d = 0; d < plan.devices.size() && gStopRequested == 0; ++d) {
+        for (size_t d = 0; d < plan.devices.size() && !stop_signals::requested(); ++d) {
             RunRecord record;
             record.testId = module_session::idText(test->getEntityId());
             record.testName = resource->getTestName(test->getEntityId());
@@ -173,6 +153,7 @@ int main(int argc, char **argv) {
     app.footer(kHostHelpFooter);
 
     // The module is loaded first: its option tables add options.
+    if (command_line::has(args, "--this-machine")) useThisMachine();
     Machine &machine = currentMachine();
     const std::string scenario = command_line::valueOf(args, "--scenario");
     if (scenario == "list") {
@@ -180,6 +161,10 @@ int main(int argc, char **argv) {
             std::printf("%-24s %s\n", entry.first.c_str(), entry.second.c_str());
         }
         return exit_codes::kSuccess;
+    }
+    if (command_line::has(args, "--history")) {
+        options.outputs.historyPath = command_line::valueOf(args, "--history-db");
+        return run_outputs::showHistory(options.outputs, command_line::has(args, "--json"));
     }
     const std::string scenarioError =
         scenario.empty() ? machine.selectDefaultScenario() : machine.selectScenario(scenario);
@@ -190,6 +175,9 @@ int main(int argc, char **argv) {
     if ((!scaleText.empty() || command_line::has(args, "--time-scale")) &&
         !command_line::parseTimeScale(scaleText, scale, scaleError)) {
         return usageError(scaleError, app);
+    }
+    for (const std::string &line : machine.putBackWhatARunLeft()) {
+        std::fprintf(stderr, "restore journal: %s\n", line.c_str());
     }
     machine.setTimeScale(scale);
 
@@ -264,6 +252,14 @@ int main(int argc, char **argv) {
         return usageError(planError, app);
     }
 
+    if (!machine.allowsChanges() && run_plan::includesExtended(plan)) {
+        library->releaseInterface();
+        return usageError("the extended diagnostic changes the display and the power scheme; "
+                          "it is not offered on " +
+                              machine.describe() + " yet",
+                          app);
+    }
+
     RunView view(RunView::modeFor(options.json), RunView::colourWanted(), options.rawKeys,
                  Language::english());
     const bool listOnly = plan.tests.empty();
@@ -278,11 +274,28 @@ int main(int argc, char **argv) {
         library->releaseInterface();
         return ResultNotApplicable;
     }
-    installStopHandler();
+    stop_signals::install();
+    const bool changesMachine = std::any_of(plan.tests.begin(), plan.tests.end(),
+                                            [](Test *test) { return test->isInteractive(); });
+    std::string journalError;
+    if (changesMachine && !machine.recordSettings(journalError)) {
+        std::fprintf(stderr, "error: %s; an extended test needs it to put the machine back\n",
+                     journalError.c_str());
+        library->releaseInterface();
+        return exit_codes::kUsage;
+    }
     const std::vector<RunRecord> records = runPlan(*module, plan, options, machine, view);
+    if (changesMachine) machine.settingsPutBack();
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
     const int code = exit_codes::forResults(results);
+    const RunSummary summary{kHostVersion,
+                             report::version(*library->getVersion()).get<std::string>(),
+                             machine.describe(),
+                             module_session::isSmartPath(*module) ? "smart" : "generic",
+                             report::batteries(*module),
+                             records};
+    run_outputs::write(options.outputs, summary, Language::english());
 
     if (options.json) {
         nlohmann::json document = {
@@ -293,13 +306,17 @@ int main(int argc, char **argv) {
             {"batteries", report::batteries(*module)},
             {"runs", report::runs(records)},
             {"exitCode", code}};
+        if (stop_signals::received() != 0) document["stoppedBy"] = stop_signals::received();
         library->releaseInterface();
         document["machineState"] = machine.state();
         // Texts from a driver may be cut inside a character; they are shown, not refused.
         std::cout << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
                   << std::endl;
+        stop_signals::endLikeTheSignal();
         return code;
     }
     library->releaseInterface();
+    std::fflush(stdout);
+    stop_signals::endLikeTheSignal();
     return code;
 }

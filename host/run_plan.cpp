@@ -153,6 +153,12 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
     return true;
 }
 
+bool includesExtended(const RunPlan &plan) {
+    return std::any_of(plan.tests.begin(), plan.tests.end(), [](Test *test) {
+        return test->getEntityId().diagnostic() == kExtended.diagnostic();
+    });
+}
+
 bool chooseDevices(ModuleInterface &module, const std::vector<std::string> &ids, RunPlan &plan,
                    std::string &error) {
     const bool smart = module_session::isSmartPath(module);

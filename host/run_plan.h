@@ -31,5 +31,7 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
                  const std::vector<std::string> &runIds, RunPlan &plan, std::string &error);
 bool chooseDevices(ModuleInterface &module, const std::vector<std::string> &ids, RunPlan &plan,
                    std::string &error);
+// Whether a test of the extended diagnostic is among the chosen.
+bool includesExtended(const RunPlan &plan);
 
 } // namespace run_plan

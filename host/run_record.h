@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "battery_module/test_result_code.h"
+#include "machine.h"
 
 // Everything one test run told the host, in order, for the report.
 struct RunRecord {
@@ -30,6 +31,7 @@ struct RunRecord {
     std::vector<Progress> progress;
     std::vector<Notice> notices;
     std::vector<std::string> prompts;
+    std::vector<MachineSample> samples; // one at each progress event
     TestResultCode result = ResultSuccess;
 };
 

@@ -208,8 +208,10 @@ uint32_t BatteryDriver::information(uint32_t level, void *output, uint32_t outpu
     case 7:
         return copyText(battery.uniqueId, unterminated, output, outputSize, returned);
     case 8:
-        return copyText(std::to_string(battery.serialNumber), unterminated, output, outputSize,
-                        returned);
+        return copyText(battery.driver.serialNumberText.empty()
+                            ? std::to_string(battery.serialNumber)
+                            : battery.driver.serialNumberText,
+                        unterminated, output, outputSize, returned);
     default:
         return kInvalidFunction; // granularity: not reported by this driver
     }

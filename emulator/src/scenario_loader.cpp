@@ -33,11 +33,12 @@ const char *const kInformationLevels[] = {"BatteryInformation",     "BatteryGran
 
 DriverFaults parseDriverFaults(const JsonFields &fields) {
     fields.allowOnly({"vanishAfterRequests", "failingLevels", "statusFails", "unterminatedTexts",
-                      "unknownCapacities", "openFails"});
+                      "unknownCapacities", "openFails", "serialNumberText"});
     DriverFaults faults;
     faults.vanishAfterRequests =
         static_cast<uint32_t>(fields.unsignedNumber("vanishAfterRequests", 0));
     faults.failingLevels = fields.texts("failingLevels");
+    faults.serialNumberText = fields.text("serialNumberText", "");
     for (size_t i = 0; i < faults.failingLevels.size(); ++i) {
         bool known = false;
         for (const char *level : kInformationLevels)

@@ -1,26 +1,13 @@
 #include "diagnostics/smart_battery_health_test.h"
 
-#include <cmath>
-
+#include "diagnostics/expected_capacity.h"
 #include "diagnostics/smart_quick_run.h"
 #include "frame/keys.h"
 #include "smart_battery/smart_battery_component.h"
 #include "smart_battery/win_smart_battery_scanner.h"
 
-namespace {
-constexpr uint16_t kSmallestCycleScale = 250;
-constexpr uint32_t kAgeScale = 250;
-constexpr double kHealthyRatio = 0.5;
-} // namespace
-
-// The curve of expected wear: logarithmic while young, then two straight
-// stretches, then a floor.
 double SmartBatteryHealthTest::expectedRelativeCapacity(uint32_t age) {
-    if (age <= 45)
-        return 0.86 - static_cast<double>(std::log10(static_cast<float>(age))) * 0.096781;
-    if (age <= 250) return 0.7439 - age * 0.000976;
-    if (age <= 450) return 1.0625 - age * 0.00225;
-    return 0.05;
+    return expected_capacity::relativeCapacity(age);
 }
 
 // A target of another class is a battery that is not there.
@@ -42,16 +29,10 @@ bool SmartBatteryHealthTest::isDisruptiveEvent(uint32_t events) {
 TestResultCode SmartBatteryHealthTest::evaluateCapacity(SmartBatteryComponent *component) {
     const SmartBatteryInfo info = component->getBatteryInfo();
     if (info.fullChargeCapacity == 0 || info.designCapacity == 0) return ResultNotApplicable;
-    const uint32_t scale =
-        info.cycleScale < kSmallestCycleScale ? kSmallestCycleScale : info.cycleScale;
     const float ratio =
         static_cast<float>(info.fullChargeCapacity) / static_cast<float>(info.designCapacity);
-    uint32_t age = static_cast<uint32_t>(info.cycleCount) * kAgeScale / scale;
-    if (age == 0) age = 1;
-    const double expected = expectedRelativeCapacity(age);
-    const double relative = ratio;
-    if (relative > expected) return relative >= kHealthyRatio ? ResultSuccess : ResultWarning;
-    return ResultFailed;
+    return expected_capacity::verdict(ratio,
+                                      expected_capacity::ageOf(info.cycleCount, info.cycleScale));
 }
 
 TestResultCode SmartBatteryHealthTest::runHealthCheck(ExecutionContext *context) {

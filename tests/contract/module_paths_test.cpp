@@ -11,6 +11,7 @@
 #include "contract/loaded_module.h"
 #include "emulator/notebook.h"
 #include "support/recording_host.h"
+#include "support/test_name.h"
 
 // The module as any host sees it: through the library's exports and the
 // virtual operations of the public headers only.
@@ -94,7 +95,8 @@ INSTANTIATE_TEST_SUITE_P(
                       PathRow{"no-os-battery-device", 1, {"12.1.1", "12.1.4"}, true, 0},
                       PathRow{"dead-controller", 2, {"12.1.1"}, false, 0},
                       PathRow{"generic", 2, {"12.1.1"}, false, 0},
-                      PathRow{"generic-no-battery", 2, {"12.1.1"}, false, 0}));
+                      PathRow{"generic-no-battery", 2, {"12.1.1"}, false, 0}),
+    NameBy<&PathRow::scenario>());
 
 TEST(Exports, GetReleaseGetBuildsAnewAndDecidesThePathAgain) {
     LoadedModule library;
@@ -239,4 +241,8 @@ INSTANTIATE_TEST_SUITE_P(
                      entry("RELATIVE_CAPACITY: 0.471698", 0), progress(100, ""),
                      progress(100, kLow), entry(kLow, 2), entry("TOTAL_BATTERY_CHARGE: 64%", 0),
                      progress(100, "TOTAL_BATTERY_CHARGE: 64%"), entry(kHint, 0),
-                     progress(100, kHint)}}));
+                     progress(100, kHint)}}),
+    [](const ::testing::TestParamInfo<QuickRunRow> &info) {
+        return testName(std::string(info.param.scenario) + " " + " test " +
+                        std::to_string(info.param.test.test()));
+    });

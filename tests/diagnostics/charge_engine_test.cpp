@@ -28,11 +28,12 @@ struct Road {
     bool machineChanged; // the measurement ran: scheme back, display at the AC level
     Target target = Target::Generic;
     Prompt prompt = Prompt::Obeyed;
-    bool inputRecognized = true;
+    std::vector<bool> recognized = {}; // the host's answers, by call; empty: true
     std::vector<TestParameter> parameters = {};
     uint32_t exactFailsFrom = 0; // with Target::Exact: the failing charge read
     bool exactAcFails = false;
     std::string progressText = ""; // must be among the progress texts
+    bool exactPresenceFails = false;
 
     Road on(Target t) const {
         Road r = *this;
@@ -43,6 +44,16 @@ struct Road {
         Road r = on(Target::Exact);
         r.exactFailsFrom = failsFrom;
         r.exactAcFails = acFails;
+        return r;
+    }
+    Road presenceUnknown() const {
+        Road r = exact(0);
+        r.exactPresenceFails = true;
+        return r;
+    }
+    Road recognizing(std::vector<bool> answers) const {
+        Road r = *this;
+        r.recognized = std::move(answers);
         return r;
     }
     Road ignored() const {
@@ -132,11 +143,15 @@ const Road kRoads[] = {
      then({{std::string(keys::CHARGE_ABOVE_THRESHOLD) + " 93%", 0}, {keys::PLEASE_DISCHARGE, 0}},
           kTotal), false},
     {"ParameterRefusal", kDischarge, genericMachine(""), ResultAborted, kTotal, false,
-     Target::Generic, Prompt::Obeyed, true, {parameter("DURATION", "4"), parameter("COLOUR", "red")},
+     Target::Generic, Prompt::Obeyed, {}, {parameter("DURATION", "4"), parameter("COLOUR", "red")},
      0, false, "COLOUR: INVALID_DURATION_PARAMETER; |DURATION: USE_A_NUMERICAL_VALUE_BETWEEN_5_AND_20"},
-    {"InputChannelNotRecognized", kDischarge, genericMachine(""), ResultNotApplicable,
-     then(kTotal, {{keys::INPUT_TYPE_NOT_RECOGNIZED, 0}}), false, Target::Generic, Prompt::Obeyed,
-     false},
+    Road{"InputChannelNotRecognized", kDischarge, genericMachine(""), ResultNotApplicable,
+     then(kTotal, {{keys::INPUT_TYPE_NOT_RECOGNIZED, 0}}), false}.recognizing({false}),
+    // Recognized at the start, no longer at the prompt: the loop finds the cable.
+    Road{"InputLostBeforeThePromptSkipsIt", kDischarge, genericMachine(kAcOn), ResultAborted,
+     then({{keys::ABORTED_AC_PLUGGED, 0}}, kMeasured), true}.recognizing({true, false}),
+    Road{"PresenceUnknownIsNoError", kDischarge, genericMachine(""), ResultSuccess, kMeasured,
+     true}.presenceUnknown(),
     Road{"NoBatteryComponent", kDischarge, genericMachine(""), ResultNotApplicable,
      then({{keys::DEVICE_NOT_IDENTIFIED, 0}}, kTotal), false}.on(Target::None),
     Road{"TwoSmartBatteries", kDischarge, "two-batteries", ResultNotApplicable,
@@ -163,6 +178,7 @@ TEST_P(ChargeEngineRoads, ResultLogAndMachineState) {
     ExactBattery exact;
     exact.chargeFailsFrom = road.exactFailsFrom;
     exact.acFails = road.exactAcFails;
+    exact.presenceFails = road.exactPresenceFails;
     TimelineHost host;
     host.target = road.target == Target::Generic ? battery.genericComponent()
                   : road.target == Target::Smart ? battery.smartComponent()
@@ -172,7 +188,7 @@ TEST_P(ChargeEngineRoads, ResultLogAndMachineState) {
         ASSERT_NE(host.target, nullptr);
     }
     if (road.prompt == Prompt::Obeyed) host.obeyPrompts();
-    host.inputRecognized = road.inputRecognized;
+    host.recognizedByCall = road.recognized;
     host.parameters = road.parameters;
 
     std::unique_ptr<AbstractChargeTest> test;
@@ -187,10 +203,13 @@ TEST_P(ChargeEngineRoads, ResultLogAndMachineState) {
     EXPECT_EQ(power.scheme, schemeBefore);
     EXPECT_EQ(power.acBrightness, acBefore);
     EXPECT_EQ(power.dcBrightness, road.machineChanged ? acBefore : dcBefore);
-    bool schemeForced = false;
+    std::vector<uint32_t> schemes;
     for (const emulator::MachineChange &change : power.changes)
-        schemeForced = schemeForced || change.setting == "scheme";
-    EXPECT_EQ(schemeForced, road.machineChanged);
+        if (change.setting == "scheme") schemes.push_back(change.value);
+    // Forced to high performance (0) or power saver (2) before the loop.
+    const std::vector<uint32_t> forced = {road.charging ? 2u : 0u};
+    EXPECT_EQ(std::vector<uint32_t>(schemes.begin(), schemes.begin() + (schemes.empty() ? 0 : 1)),
+              road.machineChanged ? forced : std::vector<uint32_t>{});
     EXPECT_EQ(test->getDurationSeconds(), 600.0);
     if (road.result == ResultSuccess) {
         // Ten minutes and at most one period more, however the ticks wrapped.
@@ -231,6 +250,23 @@ TEST(ChargeEngine, ProgressOfAStopAndOfANormalEnd) {
     ASSERT_GE(last.size(), 3u);
     EXPECT_EQ(last[last.size() - 2], progress(100, ""));
     for (const RecordingHost::Event &event : last) EXPECT_LE(event.number, 100u);
+}
+
+// A validated duration lasts one measurement; the next run takes ten minutes.
+TEST(ChargeEngine, AValidatedDurationLastsOneMeasurement) {
+    DischargeTest test({12, 2, 2});
+    HostBattery battery;
+    for (const char *minutes : {"5", ""}) {
+        useScenarioText(genericMachine(""));
+        TimelineHost host;
+        host.target = battery.genericComponent();
+        if (*minutes != '\0') host.parameters = {parameter("DURATION", minutes)};
+        EXPECT_EQ(test.execute(&host), ResultSuccess) << minutes;
+        EXPECT_EQ(test.getDurationSeconds(), 600.0) << minutes;
+        const uint64_t expectedMs = *minutes != '\0' ? 300000u : 600000u;
+        EXPECT_GE(emulator::Notebook::instance().clock().elapsedMs(), expectedMs) << minutes;
+        EXPECT_LE(emulator::Notebook::instance().clock().elapsedMs(), expectedMs + 500) << minutes;
+    }
 }
 
 TEST(ChargeEngine, AUsersOwnSchemeComesBackAsBalancedAndAKnownOneAsItWas) {
@@ -281,7 +317,7 @@ TEST(ChargeEngine, AnUnreadableDisplayIsLeftAsTheSweepLeftIt) {
     ChargeTestOnWriteOnlyDisplay test;
     EXPECT_EQ(test.execute(&host), ResultSuccess);
     ASSERT_EQ(test.display->levels.size(), 1200u); // one per pass, nothing restored
-    for (uint32_t level : test.display->levels) EXPECT_EQ(level, ChargeTest::kDimLevel);
+    for (uint32_t level : test.display->levels) EXPECT_EQ(level, 10u);
 }
 
 TEST(ChargeEngine, DisruptiveEventMaskCountsBitEightButNotBitTwo) {

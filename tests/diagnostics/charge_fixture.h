@@ -20,7 +20,7 @@ public:
 
     bool isStopRequested() override {
         if (stopAfterNotices != 0 && notices() >= stopAfterNotices) return true;
-        return stop || emulator::Notebook::instance().stopRequested();
+        return RecordingHost::isStopRequested() || emulator::Notebook::instance().stopRequested();
     }
     uint32_t *getSystemEvents() override {
         events |= emulator::Notebook::instance().systemEvents();
@@ -49,6 +49,7 @@ public:
     // Reads of the charge from this one on (counted from 1) fail; 0: none.
     uint32_t chargeFailsFrom = 0;
     bool acFails = false;
+    bool presenceFails = false; // the presence query gives a status other than 0
     uint32_t chargeReads = 0;
 
     uint32_t getChargePercent(double &percent) override {
@@ -65,6 +66,7 @@ public:
         return 0;
     }
     uint32_t isBatteryPresent(bool &present) override {
+        if (presenceFails) return 1;
         present = true;
         return 0;
     }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-
 #include "diagnostics/charge_fixture.h"
 #include "diagnostics/charge_test.h"
 #include "diagnostics/discharge_test.h"
@@ -84,35 +83,44 @@ TestParameter executionFlow(uint32_t lastNumber) {
 }
 
 // A full battery that the host asks to hold keeps the test going, notice
-// after notice, until the host stops it; without the hold the duration ends
-// the run with no notice.
-TEST(DischargeHold, AFullBatteryHoldsTheRunOnlyWhenAsked) {
+// after notice, until the host stops it; otherwise the duration ends the run
+// with no notice. Only a last number of 1 asks, and only above 93.0.
+struct Hold {
+    const char *name;
+    uint32_t lastNumber;
+    double percent;
+    bool held;
+};
+
+class DischargeHold : public testing::TestWithParam<Hold> {};
+
+TEST_P(DischargeHold, HoldsTheRunOnlyWhenAskedAndAboveNinetyThree) {
+    const Hold &hold = GetParam();
     useScenarioText(kOnBattery);
     ExactBattery battery;
-    battery.initialPercent = battery.finalPercent = 95.0;
-
-    DischargeTest held({12, 2, 2});
-    held.setParameter(executionFlow(1));
+    battery.initialPercent = battery.finalPercent = hold.percent;
+    DischargeTest test({12, 2, 2});
+    test.setParameter(executionFlow(hold.lastNumber));
     TimelineHost host;
     host.target = &battery;
     host.stopAfterNotices = 5;
-    EXPECT_EQ(held.execute(&host), ResultAborted);
-    EXPECT_TRUE(held.holdsAboveCharge());
-    EXPECT_EQ(host.notices(), 5u);
-    EXPECT_EQ(held.getProgressPercent(), 100);
-    EXPECT_GT(emulator::Notebook::instance().clock().elapsedMs(), 600000u);
-
-    useScenarioText(kOnBattery);
-    DischargeTest free({12, 2, 2});
-    free.setParameter(executionFlow(0));
-    TimelineHost plain;
-    plain.target = &battery;
-    EXPECT_EQ(free.execute(&plain), ResultFailed); // 95 to 95 is no discharge
-    EXPECT_FALSE(free.holdsAboveCharge());
-    EXPECT_EQ(plain.notices(), 0u);
+    // A battery that never falls: the verdict is a failure once the run ends.
+    EXPECT_EQ(test.execute(&host), hold.held ? ResultAborted : ResultFailed);
+    EXPECT_EQ(host.notices(), hold.held ? 5u : 0u);
+    EXPECT_EQ(emulator::Notebook::instance().clock().elapsedMs() > 600500u, hold.held);
 }
 
-TEST(DischargeHold, AChargeThatCannotBeReadLetsTheDurationEndTheRun) {
+const Hold kHolds[] = {
+    {"AskedAboveNinetyThree", 1, 95.0, true},    {"AskedJustAboveNinetyThree", 1, 93.01, true},
+    {"AskedAtNinetyThree", 1, 93.0, false},      {"NotAsked", 0, 95.0, false},
+    {"LastNumberTwoDoesNotAsk", 2, 95.0, false},
+};
+INSTANTIATE_TEST_SUITE_P(, DischargeHold, testing::ValuesIn(kHolds),
+                         [](const testing::TestParamInfo<Hold> &info) {
+                             return std::string(info.param.name);
+                         });
+
+TEST(DischargeHoldWithoutAReading, LetsTheDurationEndTheRun) {
     useScenarioText(kOnBattery);
     ExactBattery battery;
     battery.initialPercent = battery.finalPercent = 95.0;

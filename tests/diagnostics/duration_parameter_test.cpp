@@ -66,10 +66,9 @@ TEST_P(DurationValues, GoodOnesSetTheDurationBadOnesGiveOneIssue) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, DurationValues, testing::ValuesIn(kValues),
-                         [](const testing::TestParamInfo<DurationValue> &info) {
-                             return std::string(info.param.name);
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    , DurationValues, testing::ValuesIn(kValues),
+    [](const testing::TestParamInfo<DurationValue> &info) { return std::string(info.param.name); });
 
 TEST(DurationParameter, TheDefinitionAsTheHostSeesIt) {
     ChargeTest test({12, 2, 3});

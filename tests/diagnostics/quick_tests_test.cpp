@@ -14,6 +14,7 @@
 #include "smart_battery/smart_battery_component.h"
 #include "support/recording_host.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -94,8 +95,14 @@ INSTANTIATE_TEST_SUITE_P(
         CurveRow{"age 500 at 0.04", 10000, 400, 500, 250, ResultFailed},
         CurveRow{"age 500 at 0.06", 10000, 600, 500, 250, ResultWarning},
         CurveRow{"above its design value", 10000, 12000, 10, 250, ResultSuccess},
+        // Ratios between the two stretches' values on each side of their seam.
+        CurveRow{"age 45 is on the logarithm", 65000, 45499, 45, 250, ResultFailed},
+        CurveRow{"age 46 is on the line", 65000, 45437, 46, 250, ResultSuccess},
+        CurveRow{"scale 1 counts as 250", 10000, 6000, 100, 1, ResultFailed},
+        CurveRow{"scale 249 counts as 250", 10000, 5004, 249, 249, ResultFailed},
         CurveRow{"no full-charge capacity", 10000, 0, 10, 250, ResultNotApplicable},
-        CurveRow{"no design capacity", 0, 5000, 10, 250, ResultNotApplicable}));
+        CurveRow{"no design capacity", 0, 5000, 10, 250, ResultNotApplicable}),
+    NameBy<&CurveRow::what>());
 
 namespace {
 const char *kLow = keys::LOWER_THAN_EXPECTED_CAPACITY;
@@ -125,7 +132,7 @@ Events withHint(Events events) {
 struct RunRow {
     const char *what;
     std::string battery;
-    uint32_t events; // the host's system events
+    std::vector<uint32_t> events; // the host's system events, by call
     bool stop;
     TestResultCode expected;
     Events told;
@@ -140,7 +147,7 @@ TEST_P(SmartHealthRun, TellsTheHostItsVerdictThenTheChargeThenTheHint) {
     TestWithDeviceHint<SmartBatteryHealthTest> test(HINT_BATTERY(), ID_SMART_HEALTH_TEST);
     RecordingHost host;
     host.target = &battery;
-    host.events = row.events;
+    host.eventsByCall = row.events;
     host.stop = row.stop;
     EXPECT_EQ(test.execute(&host), row.expected) << row.what;
     EXPECT_EQ(host.record, row.told) << row.what;
@@ -150,27 +157,73 @@ namespace {
 const std::string kHealthy = R"("designCapacity": 10000, "fullChargeCapacity": 9000)";
 const std::string kWorn =
     R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 100)";
+const std::string kAged =
+    R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 300)";
 const std::string kEmpty = R"("designCapacity": 10000, "fullChargeCapacity": 0)";
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(
     Table, SmartHealthRun,
     ::testing::Values(
-        RunRow{"healthy", kHealthy, 0, false, ResultSuccess, judged()},
-        RunRow{"worn: the hint follows the charge", kWorn, 0, false, ResultFailed,
+        RunRow{"healthy", kHealthy, {}, false, ResultSuccess, judged()},
+        RunRow{"worn: the hint follows the charge",
+               kWorn,
+               {},
+               false,
+               ResultFailed,
                withHint(judged(kLow, 2))},
         RunRow{"aged normally",
-               R"("designCapacity": 10000, "fullChargeCapacity": 4500, "cycleCount": 300)", 0,
-               false, ResultWarning, judged(keys::LOW_CAPACITY_NORMAL_USE, 1)},
-        RunRow{"stop requested at the start", kHealthy, 0, true, ResultAborted, told({})},
-        RunRow{"a system event at the start", kHealthy, 0x80, false, ResultAborted,
+               kAged,
+               {},
+               false,
+               ResultWarning,
+               judged(keys::LOW_CAPACITY_NORMAL_USE, 1)},
+        RunRow{"stop requested at the start", kHealthy, {}, true, ResultAborted, told({})},
+        RunRow{"a system event at the start",
+               kHealthy,
+               {0x80},
+               false,
+               ResultAborted,
                told({progress(100, kEvent), entry(kEvent, 0)})},
-        RunRow{"bits 0x04 and 0x100 spoil no quick test", kWorn, 0x104, false, ResultFailed,
+        RunRow{"bits 0x04 and 0x100 spoil no quick test",
+               kWorn,
+               {0x104},
+               false,
+               ResultFailed,
                withHint(judged(kLow, 2))},
-        RunRow{"no capacity: the battery stopped answering", kEmpty, 0, false, ResultAborted,
+        RunRow{"no capacity: the battery stopped answering",
+               kEmpty,
+               {},
+               false,
+               ResultAborted,
                judged(kGone, 0)},
-        RunRow{"an event during a run that cannot judge", kEmpty, 0x02, false, ResultAborted,
-               told({progress(100, kEvent), entry(kEvent, 0)})}));
+        // An event that arrives during the run (after the context check and the
+        // check at the start) spoils only a verdict other than 0 and 1.
+        RunRow{"an event during a healthy run",
+               kHealthy,
+               {0, 0, 0x80},
+               false,
+               ResultSuccess,
+               judged()},
+        RunRow{"an event during a worn run",
+               kWorn,
+               {0, 0, 0x80},
+               false,
+               ResultFailed,
+               withHint(judged(kLow, 2))},
+        RunRow{"an event during a warning run",
+               kAged,
+               {0, 0, 0x80},
+               false,
+               ResultAborted,
+               told({progress(100, kEvent), entry(kEvent, 0)})},
+        RunRow{"an event during a run that cannot judge",
+               kEmpty,
+               {0, 0, 0x02},
+               false,
+               ResultAborted,
+               told({progress(100, kEvent), entry(kEvent, 0)})}),
+    NameBy<&RunRow::what>());
 
 TEST(QuickTests, RefuseAnUnusableContextAndAForeignBattery) {
     useScenarioText(smartMachine(kHealthy));
@@ -232,7 +285,11 @@ INSTANTIATE_TEST_SUITE_P(
                                            entry(keys::TEMPERATURE_ABOVE_LIMIT, 1)})},
                       TemperatureRow{95.0, false, ResultSuccess, judged()},
                       TemperatureRow{-273.15, true, ResultAborted, judged(kGone, 0)},
-                      TemperatureRow{-272.8, false, ResultSuccess, judged()}));
+                      TemperatureRow{-272.8, false, ResultSuccess, judged()}),
+    [](const ::testing::TestParamInfo<TemperatureRow> &info) {
+        return testName(std::to_string(static_cast<int>(info.param.celsius * 100)) +
+                        (info.param.flag ? " centidegrees flag set" : " centidegrees flag clear"));
+    });
 
 TEST(TemperatureTest, ReadsTheControllerAnewInEveryRun) {
     useScenarioText(smartMachine(R"("temperature_C": 30, "overTemperature": false)"));
@@ -314,20 +371,46 @@ INSTANTIATE_TEST_SUITE_P(
                    battery(0, 10000, 3000) + "," + battery(1, 10000, 4000), ResultFailed,
                    "RELATIVE_CAPACITY: 0.3"},
         GenericRow{"a battery without capacities is passed over",
-                   battery(0, 0, 0) + "," + battery(1, 10000, 9000), ResultSuccess, ""}));
+                   battery(0, 0, 0) + "," + battery(1, 10000, 9000), ResultSuccess, ""},
+        GenericRow{"a battery without full-charge capacity is passed over",
+                   battery(0, 10000, 0) + "," + battery(1, 10000, 9000), ResultSuccess, ""}),
+    NameBy<&GenericRow::what>());
 
-TEST(BatteryHealthTest, ABatteryThatLeftIsNoLongerApplicable) {
-    useScenarioText(genericMachine(battery(0, 10000, 9000)));
-    GenericBatteryComponentManager manager(ID_BATTERY_MANAGER);
-    manager.refreshComponents();
-    emulator::Notebook::instance().batteries()[0].present = false;
-    BatteryHealthTest test(ID_HEALTH_TEST);
-    RecordingHost host;
-    host.target = manager.getComponent(0);
-    EXPECT_EQ(test.execute(&host), ResultNotApplicable);
-    ASSERT_GE(host.record.size(), 3u);
-    EXPECT_EQ(host.record[1], progress(100, keys::NO_LONGER_APPLICABLE_NOT_ACTIVE));
-    EXPECT_EQ(host.record[2], entry(keys::NO_LONGER_APPLICABLE_NOT_ACTIVE, 0));
+// A battery gone since the scan is no longer applicable; an event that comes
+// during that run turns it into the abort report, but leaves a failed verdict.
+TEST(BatteryHealthTest, AnEventDuringTheRunSpoilsOnlyARunThatCouldNotJudge) {
+    const char *kLeft = keys::NO_LONGER_APPLICABLE_NOT_ACTIVE;
+    const Events leftTold = told({progress(100, kLeft), entry(kLeft, 0), progress(100, "")});
+    const struct {
+        bool left;
+        std::vector<uint32_t> events;
+        TestResultCode expected;
+        Events told;
+    } runs[] = {
+        {true, {}, ResultNotApplicable, leftTold},
+        {true,
+         {0, 0, 0x80},
+         ResultAborted,
+         told({progress(100, kLeft), entry(kLeft, 0), progress(100, ""), progress(100, kEvent),
+               entry(kEvent, 0)})},
+        {false,
+         {0, 0, 0x80},
+         ResultFailed,
+         told({progress(100, "RELATIVE_CAPACITY: 0.3"), entry("RELATIVE_CAPACITY: 0.3", 0),
+               progress(100, ""), progress(100, kLow), entry(kLow, 2)})},
+    };
+    for (const auto &run : runs) {
+        useScenarioText(genericMachine(battery(0, 10000, 3000)));
+        GenericBatteryComponentManager manager(ID_BATTERY_MANAGER);
+        manager.refreshComponents();
+        emulator::Notebook::instance().batteries()[0].present = !run.left;
+        BatteryHealthTest test(ID_HEALTH_TEST);
+        RecordingHost host;
+        host.target = manager.getComponent(0);
+        host.eventsByCall = run.events;
+        EXPECT_EQ(test.execute(&host), run.expected) << run.left << run.events.size();
+        EXPECT_EQ(host.record, run.told) << run.left << run.events.size();
+    }
 }
 
 TEST(BatteryHealthTest, AStopDuringTheEvaluationKeepsTheRatioButNotTheVerdict) {

@@ -6,6 +6,7 @@
 
 #include "emulator/notebook.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 // The controller seen from the ports alone, with the register numbers of the
 // controller's documentation written out, so that its encoding is checked
@@ -103,7 +104,8 @@ INSTANTIATE_TEST_SUITE_P(
                       WordCase{"design capacity in mAh", 1, 0x03, 0x16, 0xFFFF},
                       WordCase{"design voltage at its limit", 1, 0x03, 0x18, 0xFFFF},
                       WordCase{"serial at its limit", 1, 0x03, 0x1E, 0xFFFF},
-                      WordCase{"latest date", 1, 0x03, 0x22, 0xFFFF}));
+                      WordCase{"latest date", 1, 0x03, 0x22, 0xFFFF}),
+    NameBy<&WordCase::what>());
 
 TEST(EmbeddedController, BytesTextsAndPresence) {
     useScenarioText(kTwoBatteries);
@@ -173,7 +175,8 @@ INSTANTIATE_TEST_SUITE_P(
                       FaultCase{R"("portFaults": [{"port": "index"}])", "0101", true},
                       FaultCase{R"("portFaults": [{"port": "index", "nth": 2}])", "1101", true},
                       FaultCase{R"("portFaults": [{"port": "data"}])", "1010", false},
-                      FaultCase{R"("portFaults": [{"port": "data", "nth": 2}])", "1110", false}));
+                      FaultCase{R"("portFaults": [{"port": "data", "nth": 2}])", "1110", false}),
+    NameBy<&FaultCase::faults>());
 
 TEST(EmbeddedController, BusyFromTheNthCommandLastsForEver) {
     useScenarioText(

@@ -5,6 +5,7 @@
 
 #include "emulator/notebook.h"
 #include "emulator/scenario_loader.h"
+#include "support/test_name.h"
 
 using emulator::loadScenario;
 using emulator::parseScenario;
@@ -90,7 +91,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadScenario{R"({"name": "x", "instrumentation": {"failingStep": "Connect"}})",
                     "field 'instrumentation.failingStep': expected one of none, CoInitializeEx"},
         BadScenario{R"({"name": "x", "instrumentation": {"apartment": "both"}})",
-                    "field 'instrumentation.apartment'"}));
+                    "field 'instrumentation.apartment'"}),
+    NameBy<&BadScenario::expectedInError>());
 
 TEST(ScenarioLoader, UnknownNamesAndMissingFilesAreRefused) {
     const auto unknown = loadScenario("no-such-scenario");
@@ -175,4 +177,5 @@ INSTANTIATE_TEST_SUITE_P(
         BadScenario{R"({"name": "x", "batteries": [{"manufactureDate": {"year": 1979}}]})",
                     "batteries[0].manufactureDate.year': must lie from 1980 to 2107"},
         BadScenario{R"({"name": "x", "batteries": [{"slot": 1}, {"slot": 1}]})",
-                    "batteries[1].slot': slot already holds"}));
+                    "batteries[1].slot': slot already holds"}),
+    NameBy<&BadScenario::expectedInError>());

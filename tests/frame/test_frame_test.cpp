@@ -6,6 +6,7 @@
 #include "frame/keys.h"
 #include "frame/test_with_device_hint.h"
 #include "support/recording_host.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -45,7 +46,10 @@ TEST_P(DeviceHint, FollowsAFailedVerdictOnly) {
 
 INSTANTIATE_TEST_SUITE_P(EveryResult, DeviceHint,
                          ::testing::Values(ResultSuccess, ResultFailed, ResultNotApplicable,
-                                           ResultAborted, ResultWarning, ResultInvalid));
+                                           ResultAborted, ResultWarning, ResultInvalid),
+                         [](const ::testing::TestParamInfo<TestResultCode> &info) {
+                             return "Result" + std::to_string(info.param);
+                         });
 
 TEST(TestWithDeviceHint, CarriesTheWrappedTestsIdentifierAndBaseAnswers) {
     TestWithDeviceHint<ScriptedTest> test(HINT_BATTERY_AND_ADAPTER(), ID_CHARGE_TEST);

@@ -6,6 +6,7 @@
 #include "generic_battery/generic_result.h"
 #include "generic_battery/win_generic_battery_scanner.h"
 #include "generic_fixture.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -148,7 +149,8 @@ INSTANTIATE_TEST_SUITE_P(
                  [](GenericBatteryInfo &i) { i.name = " OS 4 "; }},
         ReadCase{"vanishes after the tag", R"(, "driver": {"vanishAfterRequests": 1})", "", 38,
                  nullptr},
-        ReadCase{"empty slot", R"(, "present": false)", "", 38, nullptr}));
+        ReadCase{"empty slot", R"(, "present": false)", "", 38, nullptr}),
+    NameBy<&ReadCase::what>());
 
 TEST(ReadBattery, AKeyNoneOfWhosePathsOpensGivesAFreshRecord) {
     useScenarioText(oneBattery(R"(, "driver": {"openFails": true})"));

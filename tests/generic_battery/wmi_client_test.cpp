@@ -7,6 +7,7 @@
 #include "fake_wbem.h"
 #include "generic_battery/wmi_client.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -72,7 +73,8 @@ INSTANTIATE_TEST_SUITE_P(
                    kLongCondition.c_str(),
                    kLongClass.c_str(),
                    "SELECT a FROM " + std::string(50, 'k') + " WHERE " + std::string(500, 'c')},
-        SelectCase{{"a", "b", "c"}, "", "d", "SELECT a, b, c FROM d WHERE "}));
+        SelectCase{{"a", "b", "c"}, "", "d", "SELECT a, b, c FROM d WHERE "}),
+    NameBy<&SelectCase::expected>());
 
 TEST(BuildSelect, RefusesMissingPartsBeforeTakingMemory) {
     const char *names[] = {"a", nullptr};
@@ -135,7 +137,13 @@ INSTANTIATE_TEST_SUITE_P(
                   kBattery,
                   kCimv2,
                   0,
-                  {{"DesignVoltage", ""}}}));
+                  {{"DesignVoltage", ""}}}),
+    [](const ::testing::TestParamInfo<QueryCase> &info) {
+        const QueryCase &c = info.param;
+        return testName(std::string(c.instrumentation) + " " +
+                        (c.condition == nullptr ? "all" : c.condition) + " " + c.className +
+                        (c.space == kCimv2 ? "" : " elsewhere"));
+    });
 
 struct StepFailure {
     const char *step;
@@ -170,7 +178,8 @@ INSTANTIATE_TEST_SUITE_P(
                       StepFailure{"CoInitializeSecurity", 17, 0},
                       StepFailure{"CoCreateInstance", 0, 18}, StepFailure{"ConnectServer", 0, 19},
                       StepFailure{"CoSetProxyBlanket", 0, 20}, StepFailure{"ExecQuery", 0, 21},
-                      StepFailure{"Get", 0, 23}));
+                      StepFailure{"Get", 0, 23}),
+    NameBy<&StepFailure::step>());
 
 struct Apartment {
     const char *instrumentation;
@@ -197,7 +206,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Apartment{R"({"apartment": "single-threaded"})", 0},
                       Apartment{R"({"securityAlreadySet": true})", 17},
                       Apartment{R"({"apartment": "single-threaded", "securityAlreadySet": true})",
-                                17}));
+                                17}),
+    NameBy<&Apartment::instrumentation>());
 
 TEST(WmiClient, StartsComOnceAndUndoesItOnce) {
     useScenarioText(machine("{}"));
@@ -280,7 +290,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Decoding{"bstr one past", bstr(k501.c_str()), std::string(500, 'x')},
                       Decoding{"bstr beyond one byte", bstr(WIDE_TEXT("A\u4e2d")), ""},
                       Decoding{"null bstr", bstr(nullptr), ""},
-                      Decoding{"null", ofType(VT_NULL), ""}, Decoding{"r8", ofType(VT_R8), ""}));
+                      Decoding{"null", ofType(VT_NULL), ""}, Decoding{"r8", ofType(VT_R8), ""}),
+    NameBy<&Decoding::what>());
 
 TEST(CollectResults, AFailedReadGives23AndTheWalkGoesOn) {
     fake_wbem::Enumerator rows({{{WIDE_TEXT("A"), refusal()}, {WIDE_TEXT("B"), value(i4(1))}},

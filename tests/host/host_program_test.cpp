@@ -11,6 +11,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "support/test_name.h"
+
 // The host run as a program, the way people and scripts use it.
 
 namespace {
@@ -79,7 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
                       UsageRow{"--time-scale 0.0001 -Mbattery -Q", "'0.0001' is not a", 2},
                       UsageRow{"--run 12.9.9", "no test with identifier '12.9.9'", 2},
                       UsageRow{"--module /nonexistent/battery_module.so --list",
-                               "/nonexistent/battery_module.so", 69}));
+                               "/nonexistent/battery_module.so", 69}),
+    NameBy<&UsageRow::arguments>());
 
 TEST(HostProgram, ExitCodesFollowTheMostSevereResult) {
     const std::pair<const char *, int> rows[] = {
@@ -211,6 +214,11 @@ TEST(HostProgram, ThePromptIsAnsweredThroughStandardInput) {
     EXPECT_EQ(declined.exitCode, 4) << declined.output;
     EXPECT_NE(declined.output.find("because the AC cable is unplugged"), std::string::npos)
         << declined.output;
+    const Outcome json = runHost(
+        "--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000 --json", "\\n");
+    EXPECT_NE(json.output.find("Plug in the AC cable, then press Enter"), std::string::npos)
+        << "the way the cable must go, beside a JSON report\n"
+        << json.output;
 }
 
 TEST(HostProgram, ExtendedVerdictsOnTheEmulatedNotebook) {
@@ -227,26 +235,51 @@ TEST(HostProgram, ExtendedVerdictsOnTheEmulatedNotebook) {
     }
 }
 
-TEST(HostProgram, CtrlCDuringAnExtendedRunPutsTheMachineBack) {
-    // Ten real seconds of measurement at this pace; the interrupt comes after one.
-    const std::string command = std::string("sh -c '") + HOST_PATH +
-                                " --scenario default -Mbattery -Ed --time-scale 60 --json"
-                                " </dev/null >" +
-                                ::testing::TempDir() +
-                                "interrupted.json 2>&1 &"
-                                " pid=$!; sleep 1; kill -INT $pid; wait $pid; echo $?'";
+struct StopRow {
+    const char *name;
+    const char *signal;
+    const char *tests; // both: the discharge test measures; c waits at the prompt
+    int exitCode;      // Ctrl-C reports the aborted run; the others end by their signal
+    int dcBrightness;  // a measurement puts back the AC level on both; a prompt changed nothing
+};
+
+class HostStop : public ::testing::TestWithParam<StopRow> {};
+
+// Ten real seconds of measurement at this pace; the signal comes after one.
+// Standard input is a pipe that stays open and silent, as a person who has
+// not answered yet.
+TEST_P(HostStop, EveryWayOutPutsTheMachineBack) {
+    const std::string folder = ::testing::TempDir() + "stop-" + GetParam().name + "/";
+    const std::string command =
+        "sh -c 'rm -rf " + folder + "; mkdir -p " + folder + "; mkfifo " + folder + "in; exec 3<>" +
+        folder + "in; " + HOST_PATH + " --scenario default -Mbattery -E" + GetParam().tests +
+        " --time-scale 60 --json <" + folder + "in >" + folder + "report.json 2>" + folder +
+        "errors & pid=$!; sleep 1; kill -" + GetParam().signal + " $pid; wait $pid; echo $?'";
     FILE *pipe = popen(command.c_str(), "r");
     ASSERT_NE(pipe, nullptr);
     char status[16] = {};
     ASSERT_NE(std::fgets(status, sizeof status, pipe), nullptr);
     pclose(pipe);
-    EXPECT_EQ(std::atoi(status), 4) << "aborted";
-    std::ifstream file(::testing::TempDir() + "interrupted.json");
-    const nlohmann::json report = nlohmann::json::parse(file);
-    EXPECT_EQ(report["runs"][0]["result"], 4);
+    EXPECT_EQ(std::atoi(status), GetParam().exitCode);
+    std::ifstream file(folder + "report.json");
+    const nlohmann::json report = nlohmann::json::parse(file, nullptr, false);
+    ASSERT_FALSE(report.is_discarded()) << "the report is still written";
+    EXPECT_EQ(report["runs"][0]["result"], 4) << report["runs"].dump();
     const auto &state = report["machineState"];
     EXPECT_EQ(state["scheme"], "balanced") << state.dump();
     EXPECT_EQ(state["acBrightness"], 80) << "the saved AC level";
-    EXPECT_EQ(state["dcBrightness"], 80) << "the saved AC level, on battery too";
-    EXPECT_FALSE(state["ac"]);
+    EXPECT_EQ(state["dcBrightness"], GetParam().dcBrightness);
+    EXPECT_FALSE(state["ac"]) << "a prompt left unanswered never plugs the cable";
+    EXPECT_EQ(report["runs"].size(), 1u) << "no test starts after a stop";
 }
+
+INSTANTIATE_TEST_SUITE_P(Table, HostStop,
+                         ::testing::Values(StopRow{"CtrlCMeasuring", "INT", "", 4, 80},
+                                           StopRow{"TermMeasuring", "TERM", "", 143, 80},
+                                           StopRow{"HangUpMeasuring", "HUP", "", 129, 80},
+                                           StopRow{"CtrlCAtPrompt", "INT", "c", 4, 60},
+                                           StopRow{"TermAtPrompt", "TERM", "c", 143, 60},
+                                           StopRow{"HangUpAtPrompt", "HUP", "c", 129, 60}),
+                         [](const ::testing::TestParamInfo<StopRow> &info) {
+                             return std::string(info.param.name);
+                         });

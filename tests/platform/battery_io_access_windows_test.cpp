@@ -6,6 +6,7 @@
 #include "platform/battery_io_access_windows.h"
 #include "support/port_log.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 using Log = std::vector<std::string>;
 
@@ -101,7 +102,8 @@ INSTANTIATE_TEST_SUITE_P(
                       WaitCase{
                           R"({"present": true, "busyPolls": 2,
                      "faults": {"portFaults": [{"port": "data", "nth": 3}]}})",
-                          true, 3, 2, 20}));
+                          true, 3, 2, 20}),
+    NameBy<&WaitCase::controller>());
 
 TEST(BatteryIOAccessWindows, WaitReadyOnAnIdleControllerIsOnePoll) {
     useScenario("default");
@@ -138,7 +140,10 @@ TEST_P(Selection, StartsWritesTheNumberAndWaitsAfterEachWrite) {
 
 INSTANTIATE_TEST_SUITE_P(Table, Selection,
                          ::testing::Values(SelectionCase{0, "00"}, SelectionCase{1, "01"},
-                                           SelectionCase{2, "01"}));
+                                           SelectionCase{2, "01"}),
+                         [](const ::testing::TestParamInfo<SelectionCase> &info) {
+                             return "Battery" + std::to_string(info.param.battery);
+                         });
 
 TEST(BatteryIOAccessWindows, ALostStartDoesNotFailTheSelection) {
     useScenarioText(

@@ -6,6 +6,7 @@
 #include "platform/battery_charge.h"
 #include "platform/power_manager.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -81,7 +82,8 @@ INSTANTIATE_TEST_SUITE_P(
                       FaultRow{R"("power": {"faults": ["scheme-query-fails"]})", true, true, false},
                       FaultRow{
                           R"("power": {"scheme": "custom", "faults": ["scheme-change-fails"]})",
-                          true, true, false}));
+                          true, true, false}),
+    NameBy<&FaultRow::sections>());
 
 TEST(BatteryCharge, WholePercentFromThePowerStatus) {
     struct Row {

@@ -218,6 +218,8 @@ TEST(StringHandler, CopyWithOverlapCheckTable) {
         {4, 10, nullptr, 0, 10, 0, "abcd"},     // clearing ends a source before it
         {2, 8, nullptr, 0, 2, 0, "ab"},         // source just before the buffer
         {0, 8, nullptr, 0, 10, 0, ""},          // source at the buffer's own address
+        {0, 8, nullptr, 1, 2, -1, ""},          // shifted by one: the two bytes overlap by one
+        {0, 8, nullptr, 1, 1, 0, "b"},          // shifted by one, one byte: they only touch
         {0, 0, "a", 0, 10, -1, "abcdefgh"},     // size 0
     };
     for (const Row &row : rows) {
@@ -326,7 +328,8 @@ TEST(StringHandler, SanitizeFieldTable) {
     };
     const Row rows[] = {
         {bytes("  ab\0x", 6), 6, 12, "ab"},
-        {"abcdefghij", 10, 3, "ab"}, // cut at the buffer
+        {"abcdefghij", 10, 3, "ab"},   // cut at the buffer
+        {"abcdefgh", 8, 8, "abcdefg"}, // a run of exactly the buffer's size
         {"a\x7F"
          "b\xC3",
          4, 12, "a?b?"},

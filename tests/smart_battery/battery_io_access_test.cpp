@@ -7,6 +7,7 @@
 #include "platform/battery_io_access_windows.h"
 #include "support/port_log.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 // The readers against values that the emulated controller encodes from a
 // scenario in real units.
@@ -90,7 +91,8 @@ INSTANTIATE_TEST_SUITE_P(
         ReaderCase{"every word at 0xFFFF, texts of 0, 28 and 27 characters", kScenario, 1,
                    "|" + k28 + "|" + k27 +
                        "|15/31/2107|0 65535 65535 65535 65535 65535 6280.35 1 15/4095 0x20"},
-        ReaderCase{"every value 0", kZeros, 0, "|||0/0/1980|1 0 0 0 0 0 -273.15 0 0/0 0x0"}));
+        ReaderCase{"every value 0", kZeros, 0, "|||0/0/1980|1 0 0 0 0 0 -273.15 0 0/0 0x0"}),
+    NameBy<&ReaderCase::what>());
 
 TEST(Readers, EveryReadOfTheSecondBatterySelectsIt) {
     useScenarioText(kScenario);
@@ -187,6 +189,7 @@ INSTANTIATE_TEST_SUITE_P(
             "busy for ever",
             R"({"name": "t", "controller": {"present": true, "faults": {"busyForever": true}},
                          "batteries": [{}]})",
-            false, false, false}));
+            false, false, false}),
+    NameBy<&PresenceCase::what>());
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "smart_battery/smart_battery_component.h"
 #include "smart_battery/smart_battery_component_manager.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -92,7 +93,8 @@ INSTANTIATE_TEST_SUITE_P(
         ManagerCase{"busy-controller", true, true, {kMain}},
         ManagerCase{"dead-controller", false, false, {}},
         // The operating system has no battery device: every component leaves.
-        ManagerCase{"no-os-battery-device", true, true, {}}));
+        ManagerCase{"no-os-battery-device", true, true, {}}),
+    NameBy<&ManagerCase::scenario>());
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, SmartManager,
@@ -132,7 +134,8 @@ INSTANTIATE_TEST_SUITE_P(
                         "batteries": [{"slot": 1, "serialNumber": 815}]})",
                     true,
                     true,
-                    {{"SECONDARY_BATTERY", "1", "815"}}}));
+                    {{"SECONDARY_BATTERY", "1", "815"}}}),
+    NameBy<&ManagerCase::scenario>());
 
 TEST(SmartManager, ShowsEveryPropertyWithTheDriverVersionLast) {
     useScenario("default");

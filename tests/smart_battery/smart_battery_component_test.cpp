@@ -9,6 +9,7 @@
 #include "support/port_log.h"
 #include "support/properties.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -79,6 +80,10 @@ TEST_P(SmartBatteryProperty, Shows) {
     EXPECT_EQ(valueOf(component, GetParam().key), GetParam().value) << GetParam().fields;
 }
 
+std::string propertyCaseName(const testing::TestParamInfo<PropertyCase> &info) {
+    return testName(std::string(info.param.key) + " " + info.param.fields);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Chemistry, SmartBatteryProperty,
     ::testing::Values(PropertyCase{R"("chemistry": "PbAc")", "CHEMISTRY", "LEAD_ACID"},
@@ -91,7 +96,8 @@ INSTANTIATE_TEST_SUITE_P(
                       PropertyCase{R"("chemistry": "LiP")", "CHEMISTRY", "LITHIUM_POLYMER"},
                       PropertyCase{R"("chemistry": "")", "CHEMISTRY", "NOT_AVAILABLE"},
                       PropertyCase{R"("chemistry": "lion")", "CHEMISTRY", "OTHER"},
-                      PropertyCase{R"("chemistry": "PbAcid")", "CHEMISTRY", "OTHER"}));
+                      PropertyCase{R"("chemistry": "PbAcid")", "CHEMISTRY", "OTHER"}),
+    propertyCaseName);
 
 INSTANTIATE_TEST_SUITE_P(
     Numbers, SmartBatteryProperty,
@@ -123,7 +129,8 @@ INSTANTIATE_TEST_SUITE_P(
                      "FULL_CHARGE_CAPACITY", "45.6 Wh (4000 mAh)"},
         PropertyCase{R"("capacityUnit": "mAh", "designCapacity": 5000, "fullChargeCapacity": 4000,
                         "designVoltage_mV": 0)",
-                     "DESIGN_CAPACITY", "0 Wh (5000 mAh)"}));
+                     "DESIGN_CAPACITY", "0 Wh (5000 mAh)"}),
+    propertyCaseName);
 
 TEST(SmartBatteryComponent, RecordInMilliwattHoursAfterConversion) {
     useScenarioText(batteryScenario(R"("designCapacity": 57240, "fullChargeCapacity": 40000,

@@ -7,6 +7,7 @@
 #include "smart_battery/smart_battery_component.h"
 #include "smart_battery/win_smart_battery_scanner.h"
 #include "support/scenario.h"
+#include "support/test_name.h"
 
 namespace {
 
@@ -75,7 +76,8 @@ INSTANTIATE_TEST_SUITE_P(
                    "3.1.4 [Windows]"},
         DriverCase{"a key without a version", R"([{"driverKey": "K\\0000"}])", 0, "EMPTY"},
         DriverCase{"a device without a driver key", R"([{"description": "odd"}])", 0, "EMPTY"},
-        DriverCase{"no battery-class device", "[]", 1, nullptr}));
+        DriverCase{"no battery-class device", "[]", 1, nullptr}),
+    NameBy<&DriverCase::what>());
 
 // Fails the update of the main battery only, to see the pass go on.
 class MainFailsScanner : public WinSmartBatteryScanner {

@@ -25,6 +25,13 @@ public:
     bool stop = false;
     uint32_t events = 0;
     bool inputRecognized = true;
+    // Answers that change during a run: the n-th call gets the n-th value,
+    // later calls the last one. Empty: the plain field above answers.
+    std::vector<uint32_t> eventsByCall;
+    std::vector<bool> recognizedByCall;
+    // n > 0: from the n-th stop query on, a stop is requested.
+    uint32_t stopFromCall = 0;
+    uint32_t eventCalls = 0, recognizedCalls = 0, stopCalls = 0;
     std::vector<TestParameter> parameters;
     std::vector<Event> record;
     // Called on each requestInput, e.g. to plug the emulated AC cable.
@@ -34,8 +41,15 @@ public:
     SystemComponent *getTargetComponent() override { return target; }
     ResultLog *getResultLog() override { return nullLog ? nullptr : this; }
     UserChannel *getUserChannel() override { return nullChannel ? nullptr : this; }
-    bool isStopRequested() override { return stop; }
-    uint32_t *getSystemEvents() override { return nullEvents ? nullptr : &events; }
+    bool isStopRequested() override {
+        ++stopCalls;
+        return stop || (stopFromCall != 0 && stopCalls >= stopFromCall);
+    }
+    uint32_t *getSystemEvents() override {
+        if (nullEvents) return nullptr;
+        if (!eventsByCall.empty()) events = nth(eventsByCall, eventCalls++);
+        return &events;
+    }
     std::vector<TestParameter> getParameters() override { return parameters; }
 
     void addEntry(std::string text, uint32_t level, uint32_t) override {
@@ -48,7 +62,10 @@ public:
         record.push_back({Event::Input, request.message, request.kind});
         if (onInput) onInput(request);
     }
-    bool isInputRecognized() override { return inputRecognized; }
+    bool isInputRecognized() override {
+        if (recognizedByCall.empty()) return inputRecognized;
+        return nth(recognizedByCall, recognizedCalls++);
+    }
     void postNotice(const std::string &key, const NoticeList &) override {
         record.push_back({Event::Notice, key, 0});
     }
@@ -57,6 +74,9 @@ public:
     std::vector<Event> progress() const { return only(Event::Progress); }
 
 private:
+    template <typename T> static T nth(const std::vector<T> &values, size_t call) {
+        return values[call < values.size() ? call : values.size() - 1];
+    }
     std::vector<Event> only(Event::Kind kind) const {
         std::vector<Event> picked;
         for (const Event &event : record)

@@ -29,6 +29,9 @@ struct DriverFaults {
     bool unterminatedTexts = false; // texts fill the whole buffer, no terminator
     bool unknownCapacities = false; // capacities and rate report 0xFFFFFFFF
     bool openFails = false;         // the device path cannot be opened
+    // The driver's text for the serial number where it is not the number
+    // itself (padded with blanks, say); empty: the number.
+    std::string serialNumberText;
 };
 
 struct BatteryDescription {

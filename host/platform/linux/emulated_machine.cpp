@@ -1,4 +1,5 @@
 #include "machine.h"
+#include "machines.h"
 
 #include "emulator/notebook.h"
 
@@ -57,13 +58,31 @@ public:
                 {"changes", changes}};
     }
 
+    MachineSample sample() override {
+        const emulator::PowerState &power = notebook().power();
+        double sum = 0;
+        unsigned present = 0;
+        for (const emulator::BatteryDescription &battery : notebook().batteries()) {
+            if (!battery.present) continue;
+            sum += battery.chargePercent;
+            ++present;
+        }
+        MachineSample sample;
+        sample.atMs = static_cast<double>(notebook().clock().elapsedMs());
+        sample.chargePercent = present == 0 ? 0 : sum / present;
+        sample.ac = power.ac;
+        sample.displayLevel = static_cast<int>(power.ac ? power.acBrightness : power.dcBrightness);
+        sample.scheme = schemeName(power.scheme);
+        return sample;
+    }
+
 private:
     static emulator::Notebook &notebook() { return emulator::Notebook::instance(); }
 };
 
 } // namespace
 
-Machine &currentMachine() {
+Machine &emulatedMachine() {
     static EmulatedMachine machine;
     return machine;
 }

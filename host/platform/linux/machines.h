@@ -1,0 +1,7 @@
+#pragma once
+
+#include "machine.h"
+
+// The two machines of the Linux host.
+Machine &emulatedMachine();
+Machine &thisComputer();

@@ -1,0 +1,97 @@
+#include "settings_journal.h"
+
+#include <unistd.h>
+
+#include <fstream>
+#include <optional>
+
+#include "machine_settings/backlight.h"
+#include "machine_settings/power_profile.h"
+#include "machine_settings/settings_snapshot.h"
+#include "restore_journal.h"
+
+namespace {
+
+nlohmann::json toJson(const machine_settings::SettingsSnapshot &snapshot) {
+    nlohmann::json entries = nlohmann::json::object();
+    if (!snapshot.backlight.empty()) {
+        entries["backlight"] = {{"device", snapshot.backlight}, {"raw", snapshot.brightness}};
+    }
+    if (!snapshot.profileSource.empty()) {
+        entries["profile"] = {{"source", snapshot.profileSource}, {"name", snapshot.profile}};
+    }
+    return entries;
+}
+
+// Fields of the wrong kind are skipped: a journal edited by hand puts back
+// what it still says clearly.
+machine_settings::SettingsSnapshot fromJson(const nlohmann::json &entries) {
+    machine_settings::SettingsSnapshot snapshot;
+    const nlohmann::json backlight = entries.value("backlight", nlohmann::json::object());
+    if (backlight.is_object() && backlight.value("device", nlohmann::json()).is_string() &&
+        backlight.value("raw", nlohmann::json()).is_number_unsigned()) {
+        snapshot.backlight = backlight["device"].get<std::string>();
+        snapshot.brightness = backlight["raw"].get<uint32_t>();
+    }
+    const nlohmann::json profile = entries.value("profile", nlohmann::json::object());
+    if (profile.is_object() && profile.value("source", nlohmann::json()).is_string() &&
+        profile.value("name", nlohmann::json()).is_string()) {
+        snapshot.profileSource = profile["source"].get<std::string>();
+        snapshot.profile = profile["name"].get<std::string>();
+    }
+    return snapshot;
+}
+
+// The host that wrote the journal, while it still runs: its journal is its
+// own to close. After a reboot the number may belong to another program, so
+// the program's name is compared as well.
+std::optional<long> livingWriter(const nlohmann::json &entries) {
+    const nlohmann::json pid = entries.value("pid", nlohmann::json());
+    if (!pid.is_number_integer() || pid.get<long>() <= 0 || pid.get<long>() == getpid()) {
+        return std::nullopt;
+    }
+    std::ifstream comm("/proc/" + std::to_string(pid.get<long>()) + "/comm");
+    std::string name;
+    if (!std::getline(comm, name) || name != "battery_host") return std::nullopt;
+    return pid.get<long>();
+}
+
+} // namespace
+
+std::vector<std::string> settings_journal::replayLeft() {
+    std::string error;
+    const std::optional<nlohmann::json> entries = RestoreJournal::read(error);
+    if (!entries) return error.empty() ? std::vector<std::string>() : std::vector{error};
+    if (livingWriter(*entries)) return {};
+    std::vector<std::string> lines = {"a run ended before it could put this machine back"};
+    const std::vector<std::string> done = machine_settings::putBack(fromJson(*entries));
+    lines.insert(lines.end(), done.begin(), done.end());
+    if (done.empty()) lines.push_back("the machine was already as the journal recorded it");
+    RestoreJournal::remove();
+    return lines;
+}
+
+bool settings_journal::record(std::string &error) {
+    return RestoreJournal::write(toJson(machine_settings::takeSnapshot()), error);
+}
+
+void settings_journal::close() {
+    RestoreJournal::remove();
+}
+
+nlohmann::json settings_journal::sources() {
+    nlohmann::json found = {{"backlight", nullptr}, {"powerProfile", nullptr}};
+    if (const std::optional<machine_settings::Backlight> backlight =
+            machine_settings::Backlight::find()) {
+        found["backlight"] = {
+            {"device", backlight->name()},
+            {"type", backlight->type()},
+            {"writtenThrough",
+             backlight->route() == machine_settings::Backlight::Route::File ? "sysfs" : "logind"}};
+    }
+    if (const std::unique_ptr<machine_settings::PowerProfile> profile =
+            machine_settings::PowerProfile::find()) {
+        found["powerProfile"] = profile->source();
+    }
+    return found;
+}

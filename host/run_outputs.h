@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "language.h"
+#include "run_record.h"
+
+namespace CLI {
+class App;
+}
+
+// Where a run's results go besides the terminal: the HTML report, the
+// capacity history, the fleet metrics.
+struct OutputOptions {
+    std::string reportPath;
+    std::string metricsPath;
+    std::string historyPath; // empty: the default place
+    bool noHistory = false;
+    bool showHistory = false;
+};
+
+// What a run of the host found, as the outputs need it.
+struct RunSummary {
+    std::string hostVersion;
+    std::string moduleVersion;
+    std::string machine;
+    std::string path;
+    nlohmann::json batteries;
+    std::vector<RunRecord> records;
+};
+
+namespace run_outputs {
+
+void addOptions(CLI::App &app, OutputOptions &options);
+// Records the run and writes the report and the metrics. Each failure is one
+// line on standard error and keeps nothing else from being written.
+void write(const OutputOptions &options, const RunSummary &summary, const Language &language);
+// --history: each battery's records over time, as a table or as JSON.
+int showHistory(const OutputOptions &options, bool json);
+
+} // namespace run_outputs

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace machine_settings {
+
+// The machine's power profile, named the way the module names Windows's
+// power schemes. A profile that none of these names fits is the user's own.
+enum class Scheme { HighPerformance, Balanced, PowerSaver, Own };
+
+Scheme schemeOf(const std::string &profile);
+
+// Where the profile is read and set: power-profiles-daemon over the system
+// bus where it runs, else the firmware's platform_profile.
+class PowerProfile {
+public:
+    virtual ~PowerProfile() = default;
+
+    // None when neither answers; the scheme query then fails.
+    static std::unique_ptr<PowerProfile> find();
+
+    // "power-profiles-daemon" or "platform_profile".
+    virtual std::string source() const = 0;
+    // The profile as the source names it.
+    virtual bool readName(std::string &name) = 0;
+    bool readScheme(Scheme &scheme);
+    // Sets the scheme the way the source puts back best; false when the
+    // source has no profile for it.
+    virtual bool apply(Scheme scheme) = 0;
+    // Sets exactly the named profile, as a journal recorded it.
+    virtual bool restoreName(const std::string &name) = 0;
+};
+
+std::unique_ptr<PowerProfile> newDaemonProfile();
+std::unique_ptr<PowerProfile> newPlatformProfile();
+
+} // namespace machine_settings

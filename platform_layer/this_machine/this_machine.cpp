@@ -1,0 +1,265 @@
+// This machine behind the machine interface: the kernel's power-supply
+// class answers for batteries, adapters and the power line. Every request
+// starts a fresh reading, so an unplugged cable or a removed battery shows
+// at once.
+
+#include "platform_layer/this_machine.h"
+
+#include <sys/utsname.h>
+
+#include <chrono>
+#include <cstdio>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "battery_device.h"
+#include "battery_records.h"
+#include "com_apartment.h"
+#include "power_supply.h"
+#include "sysfs_reading.h"
+#include "wql_statement.h"
+
+namespace platform_layer {
+
+namespace {
+
+constexpr uint32_t kErrorFileNotFound = 2;
+constexpr uint32_t kErrorGenFailure = 31;
+constexpr uint32_t kErrorNotSupported = 50;
+constexpr uint32_t kPortRefused = 1;
+constexpr int32_t kInvalidQueryType = static_cast<int32_t>(0x80041018u);
+constexpr int32_t kInvalidClass = static_cast<int32_t>(0x80041010u);
+constexpr int32_t kInvalidQuery = static_cast<int32_t>(0x80041017u);
+
+constexpr const char *kBatteryClassKey = "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}";
+constexpr const char *kDriverClassRoot = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
+
+SysfsReading newRequest() {
+    beginSysfsRequest();
+    return SysfsReading();
+}
+
+std::string driverKey(size_t index) {
+    char suffix[16];
+    std::snprintf(suffix, sizeof suffix, "\\%04zu", index);
+    return std::string(kBatteryClassKey) + suffix;
+}
+
+// The battery drivers' version is the running kernel's.
+std::string kernelRelease() {
+    utsname names = {};
+    return ::uname(&names) == 0 ? std::string(names.release) : std::string();
+}
+
+InstrumentationInstance batteryInstance(PowerSupply &battery) {
+    InstrumentationInstance instance;
+    instance["DeviceID"] = {InstrumentationValue::Text, *battery_records::uniqueId(battery), 0};
+    const std::optional<std::string> model = battery.modelName();
+    instance["Name"] = model ? InstrumentationValue{InstrumentationValue::Text, *model, 0}
+                             : InstrumentationValue{};
+    // A uint64 property travels as text.
+    const std::optional<int64_t> voltage = battery_records::designVoltage_mV(battery);
+    instance["DesignVoltage"] =
+        voltage ? InstrumentationValue{InstrumentationValue::Text, std::to_string(*voltage), 0}
+                : InstrumentationValue{};
+    return instance;
+}
+
+const InstrumentationValue *findProperty(const InstrumentationInstance &instance,
+                                         const std::string &name) {
+    for (const auto &property : instance) {
+        if (sameWqlText(property.first, name)) return &property.second;
+    }
+    return nullptr;
+}
+
+class ThisMachine : public Machine {
+public:
+    uint32_t tickCount() override {
+        const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+        return static_cast<uint32_t>(
+            std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
+    }
+    void sleep(uint32_t milliseconds) override {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    }
+
+    uint32_t openDevice(const std::string &path, void **handle) override {
+        SysfsReading reading = newRequest();
+        for (const std::string &supply : systemBatteries(reading)) {
+            if (!sameWqlText(battery_device::pathOf(supply), path)) continue;
+            std::lock_guard<std::mutex> lock(mutex_);
+            void *fresh = reinterpret_cast<void *>(nextHandle_);
+            nextHandle_ += 4; // Windows handles are multiples of four
+            handles_[fresh] = supply;
+            *handle = fresh;
+            return 0;
+        }
+        return kErrorFileNotFound;
+    }
+    uint32_t controlDevice(void *handle, uint32_t code, const void *input, uint32_t inputSize,
+                           void *output, uint32_t outputSize, uint32_t *returned) override {
+        std::string supply;
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            const auto found = handles_.find(handle);
+            if (found == handles_.end()) return 6; // ERROR_INVALID_HANDLE
+            supply = found->second;
+        }
+        SysfsReading reading = newRequest();
+        return battery_device::answer(reading, supply, code, input, inputSize, output, outputSize,
+                                      returned);
+    }
+    bool closeDevice(void *handle) override {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return handles_.erase(handle) == 1;
+    }
+
+    // The AC adapters first, then each battery, as Windows lists them.
+    std::vector<SetupDevice> batteryClassDevices() override {
+        SysfsReading reading = newRequest();
+        std::vector<SetupDevice> devices;
+        for (const std::string &supply : adapters(reading)) {
+            devices.push_back({"AC adapter " + supply, driverKey(devices.size())});
+        }
+        for (const std::string &supply : systemBatteries(reading)) {
+            devices.push_back({"Battery " + supply, driverKey(devices.size())});
+        }
+        return devices;
+    }
+    std::vector<std::string> batteryInterfacePaths() override {
+        SysfsReading reading = newRequest();
+        std::vector<std::string> paths;
+        for (const std::string &supply : systemBatteries(reading)) {
+            paths.push_back(battery_device::pathOf(supply));
+        }
+        return paths;
+    }
+    std::optional<std::string> registryText(const std::string &keyPath,
+                                            const std::string &name) override {
+        if (!sameWqlText(name, "DriverVersion")) return std::nullopt;
+        const size_t devices = batteryClassDevices().size();
+        for (size_t index = 0; index < devices; ++index) {
+            if (sameWqlText(keyPath, kDriverClassRoot + driverKey(index))) return kernelRelease();
+        }
+        return std::nullopt;
+    }
+
+    uint32_t systemPower(SystemPower *power) override {
+        SysfsReading reading = newRequest();
+        power->acOnLine = onAcLine(reading);
+        int64_t percentSum = 0;
+        unsigned counted = 0;
+        for (const std::string &name : systemBatteries(reading)) {
+            PowerSupply battery(reading, name);
+            if (!battery.present()) continue;
+            const std::optional<int64_t> percent = batteryPercent(battery);
+            if (!percent) continue;
+            percentSum += *percent;
+            ++counted;
+        }
+        if (reading.sawMalformed()) return kErrorGenFailure;
+        power->anyBattery = counted > 0;
+        power->batteryPercent = counted > 0 ? static_cast<uint32_t>(percentSum / counted) : 255;
+        return 0;
+    }
+    // Schemes and the display are not changed on this machine yet.
+    uint32_t activeScheme(PowerScheme *) override { return kErrorNotSupported; }
+    uint32_t setActiveScheme(PowerScheme) override { return kErrorNotSupported; }
+
+    int32_t comInitialize(uint32_t coInit) override { return com_.initialize(coInit); }
+    void comUninitialize() override { com_.uninitialize(); }
+    int32_t comInitializeSecurity() override { return com_.initializeSecurity(); }
+    bool comUsable() override { return com_.usable(); }
+    bool comStepFails(const char *) override { return false; }
+    bool knowsNamespace(const std::string &name) override {
+        return sameWqlText(name, "ROOT\\CIMV2");
+    }
+    InstrumentationAnswer query(const std::string &language, const std::string &wql) override;
+
+    uint32_t writePort(uint16_t, uint8_t) override { return kPortRefused; }
+    uint32_t readPort(uint16_t, uint8_t *) override { return kPortRefused; }
+
+private:
+    // The kernel's percentage, or the energy (or charge) now against full.
+    static std::optional<int64_t> batteryPercent(PowerSupply &battery) {
+        if (const std::optional<int64_t> percent = battery.capacity_percent()) {
+            if (*percent < 0 || *percent > 100) battery.reading().markMalformed();
+            return percent;
+        }
+        std::optional<int64_t> now = battery.energyNow_uWh(), full = battery.energyFull_uWh();
+        if (!now || !full) {
+            now = battery.chargeNow_uAh();
+            full = battery.chargeFull_uAh();
+        }
+        if (!now || !full || *full <= 0 || *now < 0) return std::nullopt;
+        return *now >= *full ? 100 : *now * 100 / *full;
+    }
+
+    std::mutex mutex_;
+    std::map<void *, std::string> handles_;
+    uintptr_t nextHandle_ = 0x2000;
+    ComApartment com_;
+};
+
+InstrumentationAnswer ThisMachine::query(const std::string &language, const std::string &wql) {
+    InstrumentationAnswer answer;
+    if (!sameWqlText(language, "WQL")) {
+        answer.status = kInvalidQueryType;
+        return answer;
+    }
+    const std::optional<WqlStatement> statement = parseWql(wql);
+    if (!statement) {
+        answer.status = kInvalidQuery;
+        return answer;
+    }
+    if (!sameWqlText(statement->className, "Win32_Battery")) {
+        answer.status = kInvalidClass;
+        return answer;
+    }
+    SysfsReading reading = newRequest();
+    std::vector<InstrumentationInstance> instances;
+    for (const std::string &name : systemBatteries(reading)) {
+        PowerSupply battery(reading, name);
+        if (battery.present() && battery_records::uniqueId(battery)) {
+            instances.push_back(batteryInstance(battery));
+        }
+    }
+    // Every name must belong to the class, whether or not a row comes.
+    const InstrumentationInstance shape = {{"DeviceID", {}}, {"Name", {}}, {"DesignVoltage", {}}};
+    for (const std::string &name : statement->selected) {
+        if (findProperty(shape, name) == nullptr) answer.status = kInvalidQuery;
+    }
+    if (statement->filter && findProperty(shape, statement->filter->first) == nullptr) {
+        answer.status = kInvalidQuery;
+    }
+    if (answer.status != 0) return answer;
+    for (const InstrumentationInstance &instance : instances) {
+        if (statement->filter) {
+            const InstrumentationValue *value = findProperty(instance, statement->filter->first);
+            if (value->kind != InstrumentationValue::Text ||
+                !sameWqlText(value->text, statement->filter->second)) {
+                continue;
+            }
+        }
+        InstrumentationInstance row;
+        for (const std::string &name : statement->selected) {
+            for (const auto &property : instance) {
+                if (sameWqlText(property.first, name)) row[property.first] = property.second;
+            }
+        }
+        answer.rows.push_back(row);
+    }
+    return answer;
+}
+
+} // namespace
+
+Machine &thisMachine() {
+    static ThisMachine machine;
+    return machine;
+}
+
+} // namespace platform_layer
