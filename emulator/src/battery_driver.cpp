@@ -154,7 +154,8 @@ uint32_t BatteryDriver::control(uint32_t code, const void *input, uint32_t input
         const auto raw = battery.driver.rawAnswers.find(DriverFaults::kRawTag);
         if (raw != battery.driver.rawAnswers.end())
             return copyRaw(raw->second, output, outputSize, returned);
-        return copyRecord(tagOf(battery), output, outputSize, returned);
+        const uint32_t result = copyRecord(tagOf(battery), output, outputSize, returned);
+        return battery.driver.tagFails && result == 0 ? kGenFailure : result;
     }
     if (code == kQueryInformation) {
         if (input == nullptr || inputSize < sizeof(QueryInformation)) return kInvalidParameter;

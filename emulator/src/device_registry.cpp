@@ -36,12 +36,20 @@ std::string batteryDevicePath(uint32_t slot) {
            "#{72631e54-78a4-11d0-bcf7-00aa00b7b32a}";
 }
 
+// A further interface of a device carries a reference string after the
+// interface class, as Windows writes it.
+std::string batteryDevicePath(const BatteryDescription &battery) {
+    if (battery.driver.sharesDeviceOfSlot < 0) return batteryDevicePath(battery.slot);
+    return batteryDevicePath(static_cast<uint32_t>(battery.driver.sharesDeviceOfSlot)) + "\\" +
+           std::to_string(battery.slot + 1);
+}
+
 void DeviceRegistry::install(const Scenario &scenario) {
     classDevices =
         scenario.os.classDevicesGiven ? scenario.os.classDevices : defaultClassDevices(scenario);
     batteryInterfaces.clear();
     for (const BatteryDescription &battery : scenario.batteries) {
-        batteryInterfaces.push_back(batteryDevicePath(battery.slot));
+        batteryInterfaces.push_back(batteryDevicePath(battery));
     }
     values.clear();
     for (const ClassDevice &device : classDevices) {

@@ -49,8 +49,7 @@ void Notebook::install(const Scenario &scenario) {
         devices_.add(DisplayDevice::kPath, std::make_shared<DisplayDevice>(*this));
     }
     for (size_t i = 0; i < batteries_.size(); ++i) {
-        devices_.add(batteryDevicePath(batteries_[i].slot),
-                     std::make_shared<BatteryDriver>(*this, i));
+        devices_.add(batteryDevicePath(batteries_[i]), std::make_shared<BatteryDriver>(*this, i));
     }
     installed_ = true;
 }

@@ -33,7 +33,8 @@ const char *const kInformationLevels[] = {"BatteryInformation",     "BatteryGran
 
 DriverFaults parseDriverFaults(const JsonFields &fields) {
     fields.allowOnly({"vanishAfterRequests", "failingLevels", "statusFails", "unterminatedTexts",
-                      "unknownCapacities", "openFails", "serialNumberText"});
+                      "unknownCapacities", "openFails", "serialNumberText", "tagFails",
+                      "sharesDeviceOfSlot"});
     DriverFaults faults;
     faults.vanishAfterRequests =
         static_cast<uint32_t>(fields.unsignedNumber("vanishAfterRequests", 0));
@@ -55,6 +56,11 @@ DriverFaults parseDriverFaults(const JsonFields &fields) {
     faults.unterminatedTexts = fields.flag("unterminatedTexts", faults.unterminatedTexts);
     faults.unknownCapacities = fields.flag("unknownCapacities", faults.unknownCapacities);
     faults.openFails = fields.flag("openFails", faults.openFails);
+    faults.tagFails = fields.flag("tagFails", faults.tagFails);
+    if (fields.has("sharesDeviceOfSlot")) {
+        faults.sharesDeviceOfSlot =
+            static_cast<int32_t>(fields.unsignedNumber("sharesDeviceOfSlot", 0, 1));
+    }
     return faults;
 }
 

@@ -87,6 +87,35 @@ TEST(GenericManager, AFailingDeviceGivesTheSystemFigure) {
     EXPECT_EQ(component->getBatteries().at(0).fullChargeCapacity, 0u);
 }
 
+// One failing device of two: the presence walk goes on past it, the other's
+// capacities are read anew, and the charge is the operating system's figure
+// (the mean of 40 and 80), not the other battery's.
+TEST(GenericManager, OneFailingDeviceOfTwo) {
+    useScenarioText(twoBatteries(R"("driver": {"tagFails": true})", ""));
+    GenericBatteryComponentManager manager({12, 0, 0});
+    manager.refreshComponents();
+    GenericBatteryComponentWindows *component = componentOf(manager);
+    ASSERT_NE(component, nullptr);
+    ASSERT_EQ(component->getBatteries().size(), 2u);
+    bool present = false;
+    EXPECT_EQ(component->isBatteryPresent(present), 0u);
+    EXPECT_TRUE(present);
+    EXPECT_EQ(component->refreshCapacities(), 0u) << "the last device's result";
+    EXPECT_EQ(component->getBatteries().at(1).fullChargeCapacity, 54100u);
+    double percent = 0;
+    EXPECT_EQ(component->getChargePercent(percent), 0u);
+    EXPECT_DOUBLE_EQ(percent, 60.0);
+}
+
+// A battery behind the second interface of a device is found although the
+// first interface's presence query fails.
+TEST(GenericManager, LooksAtEveryPathOfADevice) {
+    useScenarioText(
+        twoBatteries(R"("driver": {"tagFails": true})", R"("driver": {"sharesDeviceOfSlot": 0})"));
+    GenericBatteryComponentManager manager({12, 0, 0});
+    EXPECT_TRUE(manager.isBatteryAvailable());
+}
+
 TEST(GenericManager, DropsABatteryThatVanishesDuringTheScan) {
     useScenario("generic-vanishing-battery");
     GenericBatteryComponentManager manager({12, 0, 0});

@@ -20,6 +20,22 @@ inline std::string oneBattery(const std::string &extra = "", const std::string &
            "]}";
 }
 
+// Two batteries told apart by name and charge; `first` and `second` add or
+// replace fields of each.
+inline std::string twoBatteries(const std::string &first, const std::string &second) {
+    const std::string common = R"("designCapacity": 57240, "fullChargeCapacity": 54100,
+        "designVoltage_mV": 11400)";
+    return R"({"name": "t", "controller": {"present": false}, "batteries": [)" +
+           withFields(R"({"slot": 0, "deviceName": "OS-4C57", "chargePercent": 40, )" + common +
+                          "}",
+                      first) +
+           ", " +
+           withFields(R"({"slot": 1, "deviceName": "OS-9B11", "chargePercent": 80, )" + common +
+                          "}",
+                      second) +
+           "]}";
+}
+
 inline uint64_t openHandles() {
     return emulator::Notebook::instance().devices().openHandles();
 }

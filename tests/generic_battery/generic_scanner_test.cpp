@@ -176,6 +176,30 @@ TEST(ReadBattery, AKeyNoneOfWhosePathsOpensGivesAFreshRecord) {
     EXPECT_EQ(scanner.readBattery(7, info, &cell), 0u) << "an unseen key is no failure";
 }
 
+// Two interfaces of one device give one key with two paths, read in order:
+// a later path overwrites what an earlier one read, and a path whose tag
+// query fails is passed over.
+TEST(ReadBattery, WalksEveryPathOfItsKey) {
+    const std::string shared = R"("driver": {"sharesDeviceOfSlot": 0)";
+    const std::tuple<std::string, std::string, const char *> rows[] = {
+        {"", shared + "}", "OS-9B11"},
+        {"", shared + R"(, "tagFails": true})", "OS-4C57"},
+        {R"("driver": {"tagFails": true})", shared + "}", "OS-9B11"}};
+    for (const auto &[first, second, name] : rows) {
+        useScenarioText(twoBatteries(first, second));
+        WinGenericBatteryScanner scanner;
+        DeviceMap devices;
+        ASSERT_EQ(scanner.scanDevices(devices), 0u);
+        ASSERT_EQ(devices.size(), 1u);
+        EXPECT_EQ(devices.at(0).size(), 2u);
+        HANDLE cell = INVALID_HANDLE_VALUE;
+        GenericBatteryInfo info;
+        EXPECT_EQ(scanner.readBattery(0, info, &cell), 0u) << first << second;
+        EXPECT_EQ(info.name, name) << first << second;
+        scanner.deviceScanner()->closeDevice(&cell);
+    }
+}
+
 TEST(ReadBattery, TheRecordIsFreshAfterANewScanToo) {
     useScenario("generic-no-battery");
     WinGenericBatteryScanner scanner;

@@ -30,6 +30,8 @@ struct EMULATOR_API DeviceRegistry {
 
 // Device path of the battery in a controller slot.
 EMULATOR_API std::string batteryDevicePath(uint32_t slot);
+// Device path under which the operating system shows a battery.
+EMULATOR_API std::string batteryDevicePath(const BatteryDescription &battery);
 
 inline constexpr const char *kBatteryClassKey = "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}";
 inline constexpr const char *kDriverClassRoot = "SYSTEM\\CurrentControlSet\\Control\\Class\\";

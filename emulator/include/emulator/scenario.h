@@ -40,6 +40,13 @@ struct DriverFaults {
     // The driver's text for the serial number where it is not the number
     // itself (padded with blanks, say); empty: the number.
     std::string serialNumberText;
+    // The tag request fails (ERROR_GEN_FAILURE) yet leaves the battery's tag
+    // in the caller's buffer, as a driver that is half-way through a reset.
+    bool tagFails = false;
+    // The battery shows through a further interface of the device in this
+    // slot rather than a device of its own, so the device scanner lists its
+    // path under that device's key. -1: a device of its own.
+    int32_t sharesDeviceOfSlot = -1;
     // Answers given instead of the battery's own, by information level
     // (0 BatteryInformation ... 8 BatterySerialNumber) and kRawTag and
     // kRawStatus for the tag and status requests. Not read from scenario

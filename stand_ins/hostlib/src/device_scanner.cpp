@@ -2,6 +2,7 @@
 
 #include <setupapi.h>
 
+#include <map>
 #include <vector>
 
 namespace {
@@ -40,9 +41,16 @@ std::string interfacePath(HDEVINFO set, SP_DEVICE_INTERFACE_DATA &data) {
     return narrowPath(detail->DevicePath);
 }
 
+// The device an interface path belongs to: everything before the interface
+// class, so that interfaces told apart only by their reference strings share it.
+std::string deviceOfPath(const std::string &path) {
+    return path.substr(0, path.find("#{"));
+}
+
 // Lists the present device interfaces of the filter's interface class and
-// opens them for the battery driver's requests. Each interface is one
-// device, keyed by its place in the list.
+// opens them for the battery driver's requests. A device is keyed by the
+// place of its first interface in the list; all of its interfaces go under
+// that key.
 class SetupDeviceScanner : public DeviceScanner {
 public:
     uint32_t enumerateDevices(const DeviceScanFilter &filter, DeviceMap &devices) override {
@@ -53,12 +61,15 @@ public:
                                            DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
         if (set == INVALID_HANDLE_VALUE) return 1;
 
+        std::map<std::string, uint32_t> keyOfDevice;
         for (DWORD index = 0;; ++index) {
             SP_DEVICE_INTERFACE_DATA data = {};
             data.cbSize = sizeof data;
             if (!SetupDiEnumDeviceInterfaces(set, nullptr, &interfaceClass, index, &data)) break;
             const std::string path = interfacePath(set, data);
-            if (!path.empty()) devices[index].push_back(path);
+            if (path.empty()) continue;
+            const auto key = keyOfDevice.emplace(deviceOfPath(path), index).first->second;
+            devices[key].push_back(path);
         }
         SetupDiDestroyDeviceInfoList(set);
         return 0;
