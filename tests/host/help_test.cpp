@@ -1,27 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
-#include <cstdio>
 #include <string>
+
+#include "support/command_run.h"
 
 namespace {
 
-struct HostRun {
-    std::string output;
-    int exitCode = -1;
-};
+using HostRun = CommandOutcome;
 
 HostRun runHost(const std::string &arguments) {
-    HostRun run;
-    FILE *pipe = popen((std::string(HOST_PATH) + " " + arguments + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) return run;
-    char chunk[4096];
-    for (size_t n; (n = std::fread(chunk, 1, sizeof(chunk), pipe)) > 0;)
-        run.output.append(chunk, n);
-    const int status = pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return runCommand(std::string(HOST_PATH) + " " + arguments + " 2>&1");
 }
 
 // The host's options come first; the module's help text, or word that the

@@ -1,26 +1,23 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cctype>
-#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 
 #include <nlohmann/json.hpp>
 
+#include "support/command_run.h"
 #include "support/test_name.h"
 
 // The host run as a program, the way people and scripts use it.
 
 namespace {
 
-struct Outcome {
-    std::string output;
-    int exitCode = -1;
-};
+using Outcome = CommandOutcome;
 
 // A host that hangs ends after a while with exit code 124.
 Outcome runHost(const std::string &arguments, const std::string &input = "",
@@ -30,15 +27,7 @@ Outcome runHost(const std::string &arguments, const std::string &input = "",
         command = "printf '" + input + "' | " + command;
     else
         command += " < /dev/null";
-    Outcome outcome;
-    FILE *pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return outcome;
-    char chunk[4096];
-    for (size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;)
-        outcome.output.append(chunk, n);
-    const int status = pclose(pipe);
-    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
+    return runCommand(command);
 }
 
 nlohmann::json jsonOf(const std::string &arguments) {
@@ -251,12 +240,7 @@ TEST_P(HostStop, EveryWayOutPutsTheMachineBack) {
         folder + "in; " + HOST_PATH + " --scenario default -Mbattery -E" + GetParam().tests +
         " --time-scale 60 --json <" + folder + "in >" + folder + "report.json 2>" + folder +
         "errors & pid=$!; sleep 1; kill -" + GetParam().signal + " $pid; wait $pid; echo $?'";
-    FILE *pipe = popen(command.c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    char status[16] = {};
-    ASSERT_NE(std::fgets(status, sizeof status, pipe), nullptr);
-    pclose(pipe);
-    EXPECT_EQ(std::atoi(status), GetParam().exitCode);
+    EXPECT_EQ(std::atoi(runCommand(command).output.c_str()), GetParam().exitCode);
     std::ifstream file(folder + "report.json");
     const nlohmann::json report = nlohmann::json::parse(file, nullptr, false);
     ASSERT_FALSE(report.is_discarded()) << "the report is still written";

@@ -3,19 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
-#include <cstdio>
 #include <string>
 
 #include <nlohmann/json.hpp>
 
+#include "support/command_run.h"
+
 namespace {
 
-struct Outcome {
-    std::string output;
-    int exitCode = -1;
-};
+using Outcome = CommandOutcome;
 
 // Under AddressSanitizer the preload library comes before its runtime.
 Outcome runOn(const std::string &testbed, const std::string &arguments) {
@@ -23,15 +19,7 @@ Outcome runOn(const std::string &testbed, const std::string &arguments) {
                                 "order=0\" umockdev-run -d " +
                                 std::string(TESTBED_DIR) + "/" + testbed + ".umockdev -- " +
                                 HOST_PATH + " --this-machine " + arguments + " 2>&1 < /dev/null";
-    Outcome outcome;
-    FILE *pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return outcome;
-    char chunk[4096];
-    for (size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;)
-        outcome.output.append(chunk, n);
-    const int status = pclose(pipe);
-    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
+    return runCommand(command);
 }
 
 // Each battery as "name/serial/chemistry", then the runs' results.
