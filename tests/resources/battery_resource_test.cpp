@@ -3,6 +3,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "frame/path_builders.h"
@@ -141,65 +142,56 @@ TEST_P(BatteryResourceOnPath, HelpTextLineByLine) {
     EXPECT_EQ(actual.size(), expected.size()) << "help text line count";
 }
 
-TEST_P(BatteryResourceOnPath, ModuleNameAndComponentCode) {
+TEST_P(BatteryResourceOnPath, NamesAndOptionTables) {
     std::unique_ptr<Resource> resource = makeResource(GetParam());
     EXPECT_EQ(resource->getModuleName(), "BATTERY");
     EXPECT_EQ(resource->getComponentCode(), "BA");
     EXPECT_EQ(resource->getAuxiliaryObject(), nullptr);
     EXPECT_TRUE(resource->getRangeLabels().empty());
-}
-
-TEST_P(BatteryResourceOnPath, DiagnosticOptions) {
-    expectOptionTable(makeResource(GetParam())->getDiagnosticOptions(),
-                      {{EntityId(12, 1, 0), "Q", "quick", 0}}, "diagnostic options");
-}
-
-TEST_P(BatteryResourceOnPath, TestOptions) {
-    std::vector<OptionRow> expected = {{EntityId(12, 1, 1), "h", "battery-health-test", 2}};
+    expectOptionTable(resource->getDiagnosticOptions(), {{EntityId(12, 1, 0), "Q", "quick", 0}},
+                      "diagnostic options");
+    std::vector<OptionRow> tests = {{EntityId(12, 1, 1), "h", "battery-health-test", 2}};
     if (GetParam() == Path::Smart) {
-        expected.push_back({EntityId(12, 1, 4), "t", "battery-temperature-test", 2});
+        tests.push_back({EntityId(12, 1, 4), "t", "battery-temperature-test", 2});
     }
-    expectOptionTable(makeResource(GetParam())->getTestOptions(), expected, "test options");
+    expectOptionTable(resource->getTestOptions(), tests, "test options");
 }
 
-TEST_P(BatteryResourceOnPath, DiagnosticNames) {
-    expectKeys(*makeResource(GetParam()), &Resource::getDiagnosticName,
-               with({{EntityId(12, 1, 0), "BATTERY_QUICK_DIAGNOSTIC"},
-                     {EntityId(12, 2, 0), "BATTERY_EXTENDED_DIAGNOSTIC"},
-                     {EntityId(12, 1, 1), ""},
-                     {EntityId(12, 2, 2), ""}}),
-               "getDiagnosticName");
-}
-
-TEST_P(BatteryResourceOnPath, DiagnosticTooltips) {
-    expectKeys(*makeResource(GetParam()), &Resource::getDiagnosticTooltip,
-               with({{EntityId(12, 1, 0), "BATTERY_TESTS_TOOLTIP"},
-                     {EntityId(12, 2, 0), "BATTERY_EXTENDED_TOOLTIP"},
-                     {EntityId(12, 1, 4), ""}}),
-               "getDiagnosticTooltip");
-}
-
-TEST_P(BatteryResourceOnPath, TestNames) {
-    expectKeys(*makeResource(GetParam()), &Resource::getTestName,
-               with({{EntityId(12, 1, 1), "BATTERY_HEALTH_TEST"},
-                     {EntityId(12, 2, 2), "BATTERY_DISCHARGE_TEST"},
-                     {EntityId(12, 2, 3), "BATTERY_CHARGE_TEST"},
-                     {EntityId(12, 1, 4), "BATTERY_TEMPERATURE_TEST"},
-                     // Only the composite counts: the diagnostic field is masked to 24 bits.
-                     {EntityId(12, 0x1000001, 1), "BATTERY_HEALTH_TEST"},
-                     {EntityId(12, 1, 0), ""},
-                     {EntityId(12, 2, 0), ""}}),
-               "getTestName");
-}
-
-TEST_P(BatteryResourceOnPath, TestDescriptions) {
-    expectKeys(*makeResource(GetParam()), &Resource::getTestDescription,
-               with({{EntityId(12, 1, 1), "BATTERY_HEALTH_TEST_DESCRIPTION"},
-                     {EntityId(12, 2, 2), "BATTERY_DISCHARGE_TEST_DESCRIPTION"},
-                     {EntityId(12, 2, 3), "BATTERY_CHARGE_TEST_DESCRIPTION"},
-                     {EntityId(12, 1, 4), "BATTERY_TEMPERATURE_TEST_DESCRIPTION"},
-                     {EntityId(12, 1, 0), ""}}),
-               "getTestDescription");
+// Each lookup's keys; identifiers of no diagnostic or test give "".
+TEST_P(BatteryResourceOnPath, MessageKeysOfEachLookUp) {
+    using LookUp = std::string (Resource::*)(const EntityId &);
+    const std::tuple<LookUp, const char *, std::vector<KeyCase>> lookUps[] = {
+        {&Resource::getDiagnosticName,
+         "getDiagnosticName",
+         {{EntityId(12, 1, 0), "BATTERY_QUICK_DIAGNOSTIC"},
+          {EntityId(12, 2, 0), "BATTERY_EXTENDED_DIAGNOSTIC"},
+          {EntityId(12, 1, 1), ""},
+          {EntityId(12, 2, 2), ""}}},
+        {&Resource::getDiagnosticTooltip,
+         "getDiagnosticTooltip",
+         {{EntityId(12, 1, 0), "BATTERY_TESTS_TOOLTIP"},
+          {EntityId(12, 2, 0), "BATTERY_EXTENDED_TOOLTIP"},
+          {EntityId(12, 1, 4), ""}}},
+        {&Resource::getTestName,
+         "getTestName",
+         {{EntityId(12, 1, 1), "BATTERY_HEALTH_TEST"},
+          {EntityId(12, 2, 2), "BATTERY_DISCHARGE_TEST"},
+          {EntityId(12, 2, 3), "BATTERY_CHARGE_TEST"},
+          {EntityId(12, 1, 4), "BATTERY_TEMPERATURE_TEST"},
+          // Only the composite counts: the diagnostic field is masked to 24 bits.
+          {EntityId(12, 0x1000001, 1), "BATTERY_HEALTH_TEST"},
+          {EntityId(12, 1, 0), ""},
+          {EntityId(12, 2, 0), ""}}},
+        {&Resource::getTestDescription,
+         "getTestDescription",
+         {{EntityId(12, 1, 1), "BATTERY_HEALTH_TEST_DESCRIPTION"},
+          {EntityId(12, 2, 2), "BATTERY_DISCHARGE_TEST_DESCRIPTION"},
+          {EntityId(12, 2, 3), "BATTERY_CHARGE_TEST_DESCRIPTION"},
+          {EntityId(12, 1, 4), "BATTERY_TEMPERATURE_TEST_DESCRIPTION"},
+          {EntityId(12, 1, 0), ""}}}};
+    const std::unique_ptr<Resource> resource = makeResource(GetParam());
+    for (const auto &[lookUp, name, rows] : lookUps)
+        expectKeys(*resource, lookUp, with(rows), name);
 }
 
 TEST_P(BatteryResourceOnPath, FactoryBuildsTheResourceOfThePath) {
