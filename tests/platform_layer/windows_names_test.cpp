@@ -73,28 +73,24 @@ TEST(PlatformLayer, DriverVersionThroughTheRegistry) {
     const char *root = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
     const std::string versioned =
         std::string(root) + "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}\\0000";
+    const auto driverVersion = [](const std::string &key, char *buffer, DWORD &size) {
+        return RegGetValueA(HKEY_LOCAL_MACHINE, key.c_str(), "DriverVersion", RRF_RT_REG_SZ,
+                            nullptr, buffer, &size);
+    };
     DWORD size = 0;
-    ASSERT_EQ(RegGetValueA(HKEY_LOCAL_MACHINE, versioned.c_str(), "DriverVersion", RRF_RT_REG_SZ,
-                           nullptr, nullptr, &size),
-              ERROR_SUCCESS);
+    ASSERT_EQ(driverVersion(versioned, nullptr, size), ERROR_SUCCESS);
     EXPECT_EQ(size, 6u);
     char small[3];
     DWORD smallSize = sizeof small;
-    EXPECT_EQ(RegGetValueA(HKEY_LOCAL_MACHINE, versioned.c_str(), "DriverVersion", RRF_RT_REG_SZ,
-                           nullptr, small, &smallSize),
-              ERROR_MORE_DATA);
+    EXPECT_EQ(driverVersion(versioned, small, smallSize), ERROR_MORE_DATA);
     EXPECT_EQ(smallSize, 6u);
     char text[16];
     DWORD textSize = sizeof text;
-    ASSERT_EQ(RegGetValueA(HKEY_LOCAL_MACHINE, versioned.c_str(), "DriverVersion", RRF_RT_REG_SZ,
-                           nullptr, text, &textSize),
-              ERROR_SUCCESS);
+    ASSERT_EQ(driverVersion(versioned, text, textSize), ERROR_SUCCESS);
     EXPECT_STREQ(text, "1.2.3");
     const std::string unversioned =
         std::string(root) + "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}\\0001";
-    EXPECT_EQ(RegGetValueA(HKEY_LOCAL_MACHINE, unversioned.c_str(), "DriverVersion", RRF_RT_REG_SZ,
-                           nullptr, nullptr, &size),
-              ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(driverVersion(unversioned, nullptr, size), ERROR_FILE_NOT_FOUND);
 
     HDEVINFO set = SetupDiGetClassDevsA(&kBattery, nullptr, nullptr, 0);
     SP_DEVINFO_DATA device = {};
