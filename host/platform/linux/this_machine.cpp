@@ -1,9 +1,8 @@
 #include "machines.h"
 
-#include <windows.h>
+#include <optional>
 
-#include <chrono>
-
+#include "machine_settings/backlight.h"
 #include "platform_layer/this_machine.h"
 #include "settings_journal.h"
 
@@ -36,23 +35,42 @@ public:
     }
     bool recordSettings(std::string &error) override { return settings_journal::record(error); }
     void settingsPutBack() override { settings_journal::close(); }
-    // The system's battery figures as the module's own calls see them.
+    // The battery figures, the display level and the power scheme as the
+    // module's own calls see them, on the machine's (possibly scaled) clock.
     MachineSample sample() override {
+        platform_layer::Machine &machine = platform_layer::thisMachine();
+        const uint32_t now = machine.tickCount();
+        if (!startTick_) startTick_ = now;
         MachineSample sample;
-        sample.atMs =
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started_)
-                .count();
-        SYSTEM_POWER_STATUS status{};
-        if (GetSystemPowerStatus(&status) != 0) {
-            if (status.BatteryLifePercent <= 100) sample.chargePercent = status.BatteryLifePercent;
-            sample.ac = status.ACLineStatus == 1;
+        sample.atMs = static_cast<double>(static_cast<uint32_t>(now - *startTick_));
+        platform_layer::SystemPower power;
+        if (machine.systemPower(&power) == 0) {
+            sample.ac = power.acOnLine;
+            if (power.batteryPercent <= 100) sample.chargePercent = power.batteryPercent;
         }
-        sample.scheme = "unknown";
+        uint32_t percent = 0;
+        const auto backlight = machine_settings::Backlight::find();
+        if (backlight && backlight->readPercent(percent)) sample.displayLevel = int(percent);
+        platform_layer::PowerScheme scheme{};
+        sample.scheme = machine.activeScheme(&scheme) != 0 ? "unknown" : schemeName(scheme);
         return sample;
     }
 
 private:
-    std::chrono::steady_clock::time_point started_ = std::chrono::steady_clock::now();
+    static const char *schemeName(platform_layer::PowerScheme scheme) {
+        switch (scheme) {
+        case platform_layer::PowerScheme::HighPerformance:
+            return "high-performance";
+        case platform_layer::PowerScheme::PowerSaver:
+            return "power-saver";
+        case platform_layer::PowerScheme::Custom:
+            return "custom";
+        default:
+            return "balanced";
+        }
+    }
+
+    std::optional<uint32_t> startTick_;
 };
 
 Machine *chosen = nullptr;
