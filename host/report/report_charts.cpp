@@ -159,7 +159,7 @@ std::string capacityChart(const std::vector<HistoryEntry> &entries, const std::s
     std::string xLabel = "runs";
     if (!entries.empty()) xLabel += ", " + entries.front().at + " to " + entries.back().at;
     const double lastRun = std::max(5.0, static_cast<double>(entries.size()));
-    SvgChart chart(title, {xLabel, 1, lastRun}, {"capacity (Wh)", 0, std::ceil(top * 1.15)});
+    SvgChart chart(title, {xLabel, 1, lastRun, true}, {"capacity (Wh)", 0, std::ceil(top * 1.15)});
     // The design capacity holds to the chart's edge, so one run draws it too.
     if (!design.empty() && design.back().first < lastRun)
         design.emplace_back(lastRun, design.back().second);

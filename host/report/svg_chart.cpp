@@ -23,7 +23,7 @@ std::string tickText(double value) {
 
 } // namespace
 
-std::vector<double> niceTicks(double low, double high) {
+std::vector<double> niceTicks(double low, double high, bool whole) {
     std::vector<double> ticks;
     const double span = high - low;
     if (!(span > 0)) return {low};
@@ -32,6 +32,7 @@ std::vector<double> niceTicks(double low, double high) {
     double step = magnitude;
     for (const double factor : {1.0, 2.0, 2.5, 5.0, 10.0}) {
         step = factor * magnitude;
+        if (whole && step != std::floor(step)) continue;
         if (span / step <= 6) break;
     }
     for (double tick = std::ceil(low / step) * step; tick <= high + step * 1e-9; tick += step) {
@@ -112,11 +113,11 @@ std::string SvgChart::axes() const {
            number(kWidth - kRight) + "\" y2=\"" + number(bottom) + "\"/>";
     out += "<line x1=\"" + number(kLeft) + "\" y1=\"" + number(kTop) + "\" x2=\"" + number(kLeft) +
            "\" y2=\"" + number(bottom) + "\"/>";
-    for (const double tick : niceTicks(x_.low, x_.high)) {
+    for (const double tick : niceTicks(x_.low, x_.high, x_.wholeTicks)) {
         out += "<text class=\"tick\" text-anchor=\"middle\" x=\"" + number(px(tick)) + "\" y=\"" +
                number(bottom + 14) + "\">" + tickText(tick) + "</text>";
     }
-    for (const double tick : niceTicks(y_.low, y_.high)) {
+    for (const double tick : niceTicks(y_.low, y_.high, y_.wholeTicks)) {
         out += "<line class=\"grid\" x1=\"" + number(kLeft) + "\" x2=\"" + number(kWidth - kRight) +
                "\" y1=\"" + number(py(tick)) + "\" y2=\"" + number(py(tick)) + "\"/>";
         out += "<text class=\"tick\" text-anchor=\"end\" x=\"" + number(kLeft - 4) + "\" y=\"" +

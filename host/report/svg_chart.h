@@ -14,6 +14,7 @@ public:
         std::string label;
         double low = 0;
         double high = 1;
+        bool wholeTicks = false; // counts, such as runs, have no half steps
     };
 
     SvgChart(std::string title, Axis x, Axis y) : title_(std::move(title)), x_(x), y_(y) {}
@@ -48,4 +49,4 @@ private:
 };
 
 // Round numbers that cover [low, high] in about five steps.
-std::vector<double> niceTicks(double low, double high);
+std::vector<double> niceTicks(double low, double high, bool whole = false);

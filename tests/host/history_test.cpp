@@ -40,6 +40,11 @@ TEST(History, ANewFileGetsTheCurrentSchemaAndTheDefaultPlace) {
     ASSERT_EQ(history["batteries"].size(), 1u);
     EXPECT_EQ(history["batteries"][0]["records"][0]["results"],
               (nlohmann::json{{"12.1.1", 0}, {"12.1.4", 0}}));
+    const std::string table = folder.host("--history --history-db " + path).output;
+    EXPECT_NE(table.find("battery Ostrelle OS-4C57 4711\n"), std::string::npos) << table;
+    EXPECT_NE(table.find("57.24      54.10    94.5%      42    31.6  12.1.1 passed, 12.1.4 passed"),
+              std::string::npos)
+        << table;
 }
 
 TEST(History, AFileOfTheFirstSchemaIsMigratedWithItsRecords) {
@@ -76,6 +81,17 @@ TEST(History, TwoHostsRecordingAtOnceBothKeepEveryRun) {
     EXPECT_EQ(outcome.output.find("lost"), std::string::npos) << outcome.output;
     EXPECT_EQ(outcome.output.find("warning"), std::string::npos) << outcome.output;
     EXPECT_EQ(historyOf(folder, folder / "shared.sqlite3")["batteries"][0]["records"].size(), 12u);
+}
+
+TEST(History, AResultBelongsToTheBatteryThatRanIt) {
+    OutputFolder folder;
+    ASSERT_EQ(folder.host("--scenario two-batteries -Qh 1 --history-db h.sqlite3").exitCode, 0);
+    const auto batteries = historyOf(folder, "h.sqlite3")["batteries"];
+    ASSERT_EQ(batteries.size(), 2u) << batteries.dump();
+    EXPECT_EQ(batteries[0]["name"], "OS-2C19") << "battery 1, in the order of names";
+    EXPECT_EQ(batteries[0]["records"][0]["results"], (nlohmann::json{{"12.1.1", 0}}));
+    EXPECT_EQ(batteries[1]["records"][0]["results"], nlohmann::json::object())
+        << "battery 0 was not tested";
 }
 
 struct UnusableFile {

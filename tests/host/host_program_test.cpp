@@ -82,6 +82,9 @@ TEST(HostProgram, ExitCodesFollowTheMostSevereResult) {
         {"--scenario battery-removed -Mbattery -Q", 3},
         {"--scenario generic-worn -Mbattery -Q", 1},
         {"--scenario generic-no-battery -Mbattery -Q", 3},
+        // The documented bounds of the time scale are themselves accepted.
+        {"--time-scale 0.001 --version", 0},
+        {"--time-scale 100000 --scenario default -Mbattery -Q", 0},
     };
     for (const auto &row : rows) {
         const Outcome outcome = runHost(row.first);
@@ -201,6 +204,14 @@ TEST(HostProgram, ThePromptIsAnsweredThroughStandardInput) {
     EXPECT_EQ(declined.exitCode, 4) << declined.output;
     EXPECT_NE(declined.output.find("because the AC cable is unplugged"), std::string::npos)
         << declined.output;
+    // Standard input closed before any answer: the cable is plugged as asked.
+    const Outcome closed =
+        runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000");
+    EXPECT_EQ(closed.exitCode, 0) << closed.output;
+    // `printf n | battery_host ...`: the last answer needs no newline.
+    const Outcome unterminated =
+        runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000", "n");
+    EXPECT_EQ(unterminated.exitCode, 4) << unterminated.output;
     const Outcome json = runHost(
         "--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000 --json", "\\n");
     EXPECT_NE(json.output.find("Plug in the AC cable, then press Enter"), std::string::npos)

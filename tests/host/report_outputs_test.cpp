@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ctime>
 #include <regex>
 #include <sstream>
 #include <vector>
@@ -84,10 +85,14 @@ INSTANTIATE_TEST_SUITE_P(Scenarios, HealthChart,
                              return name;
                          });
 
+// Only battery 1 is tested: both batteries' figures are exported, the
+// results of battery 1 alone.
 TEST(Metrics, PassPromtoolAndHoldEveryFigureOfEachBattery) {
     OutputFolder folder;
-    ASSERT_EQ(folder.host("-Q --no-history --scenario two-batteries --metrics fleet.prom").exitCode,
-              0);
+    const long before = static_cast<long>(std::time(nullptr));
+    ASSERT_EQ(
+        folder.host("-Q 1 --no-history --scenario two-batteries --metrics fleet.prom").exitCode, 0);
+    const long after = static_cast<long>(std::time(nullptr));
     const auto check = folder.shell("promtool check metrics < fleet.prom");
     EXPECT_EQ(check.exitCode, 0) << check.output;
     EXPECT_EQ(check.output, "");
@@ -104,6 +109,18 @@ TEST(Metrics, PassPromtoolAndHoldEveryFigureOfEachBattery) {
               std::string::npos)
         << metrics;
     EXPECT_NE(metrics.find("test=\"12.1.4\"} 0\n"), std::string::npos) << metrics;
+    EXPECT_EQ(
+        metrics.find("device=\"0\",manufacturer=\"Ostrelle\",name=\"OS-4C57\",serial=\"4711\","
+                     "test="),
+        std::string::npos)
+        << "battery 0 ran no test\n"
+        << metrics;
+    std::smatch stamp;
+    ASSERT_TRUE(std::regex_search(metrics, stamp,
+                                  std::regex("battery_test_timestamp_seconds\\{[^}]*\\} (\\d+)\n")))
+        << metrics;
+    EXPECT_GE(std::stol(stamp[1]), before) << "seconds since the epoch";
+    EXPECT_LE(std::stol(stamp[1]), after);
     EXPECT_FALSE(std::filesystem::exists(folder / ".fleet.prom.tmp"));
 }
 
@@ -115,6 +132,18 @@ TEST(Outputs, AFolderThatIsNotThereIsAUsageErrorBeforeAnyTestRuns) {
         EXPECT_NE(outcome.output.find("no folder 'gone' for gone/x"), std::string::npos)
             << outcome.output;
         EXPECT_EQ(outcome.output.find("passed"), std::string::npos) << outcome.output;
+    }
+}
+
+// The final rename fails when a folder stands where the file should go.
+TEST(Outputs, AFileThatCannotBeReplacedLeavesNoTemporaryFile) {
+    OutputFolder folder;
+    for (const char *option : {"--report", "--metrics"}) {
+        std::filesystem::create_directories(folder / "out/kept");
+        const auto outcome = folder.host(std::string("-Q --no-history ") + option + " out");
+        EXPECT_NE(outcome.output.find("cannot replace out"), std::string::npos) << outcome.output;
+        EXPECT_FALSE(std::filesystem::exists(folder / ".out.tmp")) << option;
+        EXPECT_TRUE(std::filesystem::exists(folder / "out/kept")) << option;
     }
 }
 

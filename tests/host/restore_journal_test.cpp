@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -103,4 +104,16 @@ TEST(RestoreJournal, AnUnwritableFolderIsOneLine) {
     std::string error;
     EXPECT_FALSE(RestoreJournal::write(nlohmann::json::object(), error));
     EXPECT_NE(error.find("/proc/no-state-here/battery_host"), std::string::npos) << error;
+}
+
+TEST(RestoreJournal, AFailedRenameLeavesNoPartialFile) {
+    SavedEnvironment saved;
+    const std::string folder = ::testing::TempDir() + "journal-in-the-way";
+    SavedEnvironment::put("XDG_STATE_HOME", folder.c_str());
+    std::filesystem::create_directories(RestoreJournal::path() + "/kept");
+    std::string error;
+    EXPECT_FALSE(RestoreJournal::write(nlohmann::json::object(), error));
+    EXPECT_EQ(error, "cannot write " + RestoreJournal::path());
+    EXPECT_FALSE(std::filesystem::exists(RestoreJournal::path() + ".new"));
+    std::filesystem::remove_all(folder);
 }

@@ -139,6 +139,55 @@ TEST_F(ThisMachineRun, AKilledRunIsUndoneAtTheNextStart) {
     EXPECT_FALSE(journalLeft());
 }
 
+namespace {
+
+// A journal left with the number of a process that still runs: only a
+// battery_host under that number is its writer. The other program is `sleep`
+// under the row's name.
+struct WriterRow {
+    const char *name;
+    const char *writer;
+    const char *arguments;
+    int exitCode;
+    const char *said; // on standard error
+    bool journalLeft;
+    const char *level; // the backlight's level afterwards; the journal says 300
+};
+
+class JournalWriter : public ThisMachineRun, public ::testing::WithParamInterface<WriterRow> {};
+
+} // namespace
+
+TEST_P(JournalWriter, OnlyALivingHostKeepsItsJournal) {
+    const WriterRow &row = GetParam();
+    const std::string writer = folder_ + row.writer;
+    const std::string script =
+        std::string(HOST_PATH) + " --this-machine -Mbattery " + row.arguments +
+        " --duration 5 --time-scale 600 >/dev/null 2>" + folder_ + "errors; echo $? >" + folder_ +
+        "code; cat /sys/class/backlight/intel_backlight/brightness >" + folder_ + "level";
+    const std::string command =
+        "cp \"$(command -v sleep)\" " + writer + " && { " + writer + " 60 & w=$!; }; mkdir -p " +
+        folder_ +
+        "state/battery_host && printf '{\"backlight\": {\"device\": "
+        "\"intel_backlight\", \"raw\": 300}, \"pid\": %s}' $w >" +
+        journal() + " && ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+        kTestbed + " -- sh -c '" + script + "'; kill $w";
+    std::system(command.c_str());
+    EXPECT_EQ(std::atoi(read("code").c_str()), row.exitCode) << read("errors");
+    EXPECT_NE(read("errors").find(row.said), std::string::npos) << read("errors");
+    EXPECT_EQ(journalLeft(), row.journalLeft);
+    EXPECT_EQ(read("level"), row.level);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, JournalWriter,
+    ::testing::Values(WriterRow{"WriterStillRuns", "battery_host", "-Ed --yes", 2,
+                                "another battery_host (process ", true, kFoundLevel},
+                      WriterRow{"NumberTakenByAnotherProgram", "sleep", "--list", 0,
+                                "restore journal: backlight intel_backlight put back to 300 of 937",
+                                false, "300"}),
+    [](const ::testing::TestParamInfo<WriterRow> &info) { return std::string(info.param.name); });
+
 TEST_F(ThisMachineRun, TheReportNamesWhereSettingsAreReadAndSet) {
     bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
                              ::testing::TempDir());

@@ -1,5 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <linux/capability.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -133,9 +139,32 @@ TEST(Backlight, ANameFromAJournalStaysInTheClassFolder) {
     }
 }
 
+namespace {
+
+// Runs `work` on a thread of its own that may write only what the files'
+// modes allow, as a desktop session's user: without CAP_DAC_OVERRIDE, which
+// a test run as root would otherwise have. Capabilities belong to a thread,
+// so the rest of the program keeps its own.
+template <typename Work> void asUnprivileged(Work work) {
+    std::thread([&work] {
+        __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+        __user_cap_data_struct data[2] = {};
+        ASSERT_EQ(syscall(SYS_capget, &header, data), 0);
+        for (__user_cap_data_struct &part : data) part.inheritable = 0;
+        data[0].effective &= ~(1u << CAP_DAC_OVERRIDE);
+        data[0].permitted &= ~(1u << CAP_DAC_OVERRIDE);
+        ASSERT_EQ(syscall(SYS_capset, &header, data), 0);
+        work();
+    }).join();
+}
+
+} // namespace
+
 TEST(Backlight, WithoutWriteAccessLogindSetsTheLevelOfTheOwnSession) {
     Testbed testbed;
     testbed.addBacklight("intel_backlight", "raw", 500, 937);
+    const std::string file = testbed.sysFolder() + "/class/backlight/intel_backlight/brightness";
+    ASSERT_EQ(chmod(file.c_str(), 0444), 0);
     bus_mock::Service logind("org.freedesktop.login1",
                              {"org.freedesktop.login1", "/org/freedesktop/login1/session/auto",
                               "org.freedesktop.login1.Session"},
@@ -143,8 +172,12 @@ TEST(Backlight, WithoutWriteAccessLogindSetsTheLevelOfTheOwnSession) {
     ASSERT_TRUE(bus_mock::addMethod("org.freedesktop.login1",
                                     "/org/freedesktop/login1/session/auto",
                                     "org.freedesktop.login1.Session", "SetBrightness", "ssu"));
-    std::optional<Backlight> backlight = Backlight::find();
-    ASSERT_TRUE(backlight->writeRaw(123, Backlight::Route::Logind));
+    asUnprivileged([] {
+        std::optional<Backlight> backlight = Backlight::find();
+        EXPECT_EQ(backlight->route(), Backlight::Route::Logind);
+        EXPECT_TRUE(backlight->writePercent(20));
+    });
     EXPECT_EQ(logind.calls("SetBrightness"),
-              std::vector<std::string>{"SetBrightness \"backlight\" \"intel_backlight\" 123"});
+              std::vector<std::string>{"SetBrightness \"backlight\" \"intel_backlight\" 187"});
+    EXPECT_EQ(testbed.readFile("class/backlight/intel_backlight/brightness"), "500");
 }

@@ -173,6 +173,13 @@ INSTANTIATE_TEST_SUITE_P(
                    "HoldProfile \"power-saver\" \"battery diagnostic running\" \"battery_host\"",
                    "ReleaseProfile 1", "ReleaseProfile 2"},
                   "balanced"},
+        // Balanced cannot be held: it is set, and the hold on another goes.
+        DaemonRow{"BalancedWhileHoldingLetsTheHoldGo",
+                  "power-saver",
+                  {Scheme::HighPerformance, Scheme::Balanced},
+                  {"HoldProfile \"performance\" \"battery diagnostic running\" \"battery_host\"",
+                   "ReleaseProfile 1", kSetBalanced},
+                  "balanced"},
         DaemonRow{"TheActiveProfileIsLeftAlone", "balanced", {Scheme::Balanced}, {}, "balanced"},
         DaemonRow{"BalancedCannotBeHeldSoItIsSet",
                   "performance",

@@ -119,4 +119,8 @@ TEST(BatteryCharge, AcStateOnlyWithABattery) {
     std::unique_ptr<PowerManager> power(newPowerManager());
     EXPECT_FALSE(power->isBatteryPresent());
     EXPECT_TRUE(power->isOnAcPower());
+    // Each battery is asked; an empty second slot does not hide the first.
+    useScenarioText(
+        R"({"name": "bay", "batteries": [{"slot": 0}, {"slot": 1, "present": false}]})");
+    EXPECT_TRUE(newPowerManager()->isBatteryPresent());
 }

@@ -118,6 +118,9 @@ INSTANTIATE_TEST_SUITE_P(
         ChangeRow{"ChargeWithoutDesignVoltage", "charge-reporting", "voltage_min_design", nullptr,
                   "design=4294967295 full=4294967295"},
         ChangeRow{"NoFlowFigure", "sparse-battery", "power_now", nullptr, "rate=-2147483648"},
+        // On AC but held below full: neither charging nor discharging, no flow.
+        ChangeRow{"NotCharging", "energy-with-adapter", "status", "Not charging",
+                  "|state=1 now=31090 mV=11441 rate=0"},
         ChangeRow{"TakenOut", "sparse-battery", "present", "0", "no tag"},
         ChangeRow{"CycleCount", "sparse-battery", "cycle_count", "311", "cycles=311"}),
     [](const auto &info) { return std::string(info.param.name); });

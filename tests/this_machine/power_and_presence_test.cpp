@@ -20,7 +20,7 @@ struct PowerRow {
     const char *testbed;
     const char *supply; // changed before the reading, or ""
     const char *attribute;
-    const char *text;
+    const char *text; // null: the attribute is taken away
     size_t batteries; // device interfaces listed
     const char *power;
 };
@@ -33,7 +33,9 @@ TEST_P(PowerAndPresence, FollowTheSupplies) {
     const PowerRow &row = GetParam();
     Testbed testbed(row.testbed);
     ASSERT_TRUE(testbed.ok());
-    if (*row.supply != '\0') testbed.set(row.supply, row.attribute, row.text);
+    if (*row.supply != '\0' && row.text != nullptr)
+        testbed.set(row.supply, row.attribute, row.text);
+    if (*row.supply != '\0' && row.text == nullptr) testbed.remove(row.supply, row.attribute);
     EXPECT_EQ(platform_layer::currentMachine().batteryInterfacePaths().size(), row.batteries);
     EXPECT_EQ(powerLine(), row.power);
 }
@@ -56,7 +58,11 @@ INSTANTIATE_TEST_SUITE_P(
                  "ac=0 flag=4 percent=2"},
         PowerRow{"NoSystemBattery", "peripheral-battery", "BAT0", "scope", "Device", 0,
                  "ac=0 flag=128 percent=255"},
-        PowerRow{"UsbAdapterOffLine", "two-batteries", "AC", "type", "USB", 2,
+        // A USB-C supply is the adapter as much as a mains one.
+        PowerRow{"UsbAdapterOnLine", "energy-with-adapter", "AC", "type", "USB", 1,
+                 "ac=1 flag=9 percent=76"},
+        // A supply that has no present attribute is there.
+        PowerRow{"NoPresentAttribute", "two-batteries", "BAT1", "present", nullptr, 2,
                  "ac=0 flag=1 percent=75"},
         PowerRow{"CablePlugged", "two-batteries", "AC", "online", "1", 2, "ac=1 flag=9 percent=75"},
         PowerRow{"OnlineInWords", "two-batteries", "AC", "online", "yes", 2, "fails"},
