@@ -78,10 +78,15 @@ TEST(HostProgram, ExitCodesFollowTheMostSevereResult) {
         {"--scenario default -Mbattery -Q", 0},
         {"--scenario worn -Mbattery --quick=\"h\"", 1},
         {"--scenario aged -Mbattery -Qh", 5},
+        {"--scenario aged -Mbattery --quick=h,t", 5},
+        {"--scenario aged -Mbattery --quick=battery-health-test", 5},
         {"--scenario no-temperature -Mbattery -Q", 4},
         {"--scenario battery-removed -Mbattery -Q", 3},
         {"--scenario generic-worn -Mbattery -Q", 1},
         {"--scenario generic-no-battery -Mbattery -Q", 3},
+        {"--scenario default -Mbattery -E --yes --duration 5 --time-scale 2000", 0},
+        {"--scenario non-discharging -Mbattery -Ed --yes --duration 5 --time-scale 2000", 1},
+        {"--scenario default -Mbattery -Ed --duration 21 --time-scale 2000", 4},
         // The documented bounds of the time scale are themselves accepted.
         {"--time-scale 0.001 --version", 0},
         {"--time-scale 100000 --scenario default -Mbattery -Q", 0},
@@ -195,40 +200,26 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(HostProgram, ThePromptIsAnsweredThroughStandardInput) {
     // The charge test asks for the AC cable: Enter plugs it, "n" leaves it.
-    const Outcome plugged =
-        runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000", "\\n");
+    const auto answered = [](const std::string &input, const std::string &more = "") {
+        return runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000" +
+                           more,
+                       input);
+    };
+    const Outcome plugged = answered("\\n");
     EXPECT_EQ(plugged.exitCode, 0) << plugged.output;
     EXPECT_NE(plugged.output.find("AC cable plugged in"), std::string::npos) << plugged.output;
-    const Outcome declined =
-        runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000", "n\\n");
+    const Outcome declined = answered("n\\n");
     EXPECT_EQ(declined.exitCode, 4) << declined.output;
     EXPECT_NE(declined.output.find("because the AC cable is unplugged"), std::string::npos)
         << declined.output;
-    // Standard input closed before any answer: the cable is plugged as asked.
-    const Outcome closed =
-        runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000");
-    EXPECT_EQ(closed.exitCode, 0) << closed.output;
     // `printf n | battery_host ...`: the last answer needs no newline.
-    const Outcome unterminated =
-        runHost("--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000", "n");
-    EXPECT_EQ(unterminated.exitCode, 4) << unterminated.output;
-    const Outcome json = runHost(
-        "--scenario default -Mbattery --extended=c --duration 5 --time-scale 1000 --json", "\\n");
+    EXPECT_EQ(answered("n").exitCode, 4);
+    // Standard input closed before any answer: the cable is plugged as asked.
+    EXPECT_EQ(answered("").exitCode, 0);
+    const Outcome json = answered("\\n", " --json");
     EXPECT_NE(json.output.find("Plug in the AC cable, then press Enter"), std::string::npos)
         << "the way the cable must go, beside a JSON report\n"
         << json.output;
-}
-
-TEST(HostProgram, ExtendedVerdictsOnTheEmulatedNotebook) {
-    const std::pair<const char *, int> rows[] = {
-        {"--scenario default -Mbattery -E --yes --duration 5", 0},
-        {"--scenario non-discharging -Mbattery -Ed --yes --duration 5", 1},
-        {"--scenario default -Mbattery -Ed --duration 21", 4},
-    };
-    for (const auto &row : rows) {
-        const Outcome outcome = runHost(std::string(row.first) + " --time-scale 2000");
-        EXPECT_EQ(outcome.exitCode, row.second) << row.first << "\n" << outcome.output;
-    }
 }
 
 struct StopRow {

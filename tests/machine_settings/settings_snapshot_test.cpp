@@ -68,4 +68,13 @@ TEST(SettingsSnapshot, WhatIsGoneIsSaidAndLeft) {
               (std::vector<std::string>{
                   "backlight intel_backlight is gone; its level is left as it is",
                   "platform_profile does not answer; the power profile is left as it is"}));
+    // A name the firmware does not offer, as a journal edited by hand may
+    // hold, is never written into its file.
+    testbed.writeFile(kProfile, "balanced\n");
+    testbed.writeFile("firmware/acpi/platform_profile_choices", "balanced performance\n");
+    found.backlight.clear();
+    EXPECT_EQ(machine_settings::putBack(found),
+              std::vector<std::string>{
+                  "could not put back power profile quiet through platform_profile"});
+    EXPECT_EQ(testbed.readFile(kProfile), "balanced");
 }

@@ -54,6 +54,9 @@ INSTANTIATE_TEST_SUITE_P(
         PowerRow{"EmptySlot", "empty-slot", "", "", "", 2, "ac=0 flag=1 percent=100"},
         // Without capacity: energy now against full.
         PowerRow{"EnergyAgainstFull", "sparse-battery", "", "", "", 1, "ac=0 flag=1 percent=88"},
+        // A gauge that reads above full still gives a whole battery.
+        PowerRow{"EnergyAboveFull", "sparse-battery", "BAT0", "energy_now", "50000000", 1,
+                 "ac=0 flag=1 percent=100"},
         PowerRow{"Critical", "sparse-battery", "BAT0", "energy_now", "1000000", 1,
                  "ac=0 flag=4 percent=2"},
         PowerRow{"NoSystemBattery", "peripheral-battery", "BAT0", "scope", "Device", 0,
