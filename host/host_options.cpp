@@ -2,7 +2,8 @@
 
 void buildHostOptions(CLI::App &app, HostOptions &options) {
     app.add_option("--module", options.modulePath,
-                   "Path of the module library (default: beside this program)");
+                   "Path of the module library (default: beside this program, then in "
+                   "../lib/battery_host)");
     app.add_option("--scenario", options.scenario,
                    "Emulated notebook: a built-in name, a JSON file, or 'list'");
     app.add_flag("--this-machine", options.thisMachine,

@@ -21,6 +21,7 @@
 #include "language.h"
 #include "machine.h"
 #include "module_library.h"
+#include "module_location.h"
 #include "module_session.h"
 #include "report.h"
 #include "run_plan.h"
@@ -182,9 +183,8 @@ int main(int argc, char **argv) {
     machine.setTimeScale(scale);
 
     std::string loadError;
-    std::string path = command_line::valueOf(args, "--module");
-    if (path.empty()) path = ModuleLibrary::defaultPath(argv[0]);
-    std::unique_ptr<ModuleLibrary> library = ModuleLibrary::load(path, loadError);
+    std::unique_ptr<ModuleLibrary> library =
+        module_location::load(command_line::valueOf(args, "--module"), argv[0], loadError);
     ModuleInterface *module = library ? library->getInterface() : nullptr;
 
     const bool askedForHelp = command_line::has(args, "--help") || command_line::has(args, "-h");

@@ -11,8 +11,6 @@ class ModuleLibrary {
 public:
     // Loads the library; on failure `error` holds the loader's message.
     static std::unique_ptr<ModuleLibrary> load(const std::string &path, std::string &error);
-    // The library's file name beside this program.
-    static std::string defaultPath(const char *argv0);
 
     ~ModuleLibrary();
     ModuleLibrary(const ModuleLibrary &) = delete;

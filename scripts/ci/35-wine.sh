@@ -5,8 +5,14 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 cmake --preset mingw >/dev/null
 cmake --build --preset mingw
-# A fresh Wine prefix is made once, before tests start side by side.
-cmake/wine-run.sh wineboot --init >/dev/null 2>&1 || true
+# A fresh Wine prefix is made once, before tests start side by side; its
+# chatter is shown only when making it fails.
+log=build/mingw/wineboot.log
+if ! cmake/wine-run.sh wineboot --init >"$log" 2>&1; then
+  cat "$log" >&2
+  echo "wineboot could not make the Wine prefix" >&2
+  exit 1
+fi
 # Wine now and then fails to start a process on a busy machine (the test ends
 # at once, with no output); a test is tried up to three times, so only a
 # failure that repeats fails the step.

@@ -24,6 +24,8 @@ for seeds in "$build"/fuzz/*.seeds; do
     echo "$target found a failure; its input is under $build/findings/" >&2
     exit 1
   fi
+  # The figures are for the reader; a run that printed none has already
+  # passed, so their absence does not fail the step.
   grep -E "stat::number_of_executed_units|stat::average_exec_per_sec" \
     "$build/findings/$target.log" || true
 done

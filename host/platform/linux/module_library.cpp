@@ -2,18 +2,6 @@
 
 #include <dlfcn.h>
 
-namespace {
-std::string folderOf(const char *argv0) {
-    const std::string path = argv0 != nullptr ? argv0 : "";
-    const auto slash = path.find_last_of('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash);
-}
-} // namespace
-
-std::string ModuleLibrary::defaultPath(const char *argv0) {
-    return folderOf(argv0) + "/battery_module.so";
-}
-
 std::unique_ptr<ModuleLibrary> ModuleLibrary::load(const std::string &path, std::string &error) {
     void *handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr) {

@@ -3,20 +3,10 @@
 #include <windows.h>
 
 namespace {
-std::string folderOf(const char *argv0) {
-    const std::string path = argv0 != nullptr ? argv0 : "";
-    const auto slash = path.find_last_of("/\\");
-    return slash == std::string::npos ? "." : path.substr(0, slash);
-}
-
 template <typename Function> Function exportOf(HMODULE module, const char *name) {
     return reinterpret_cast<Function>(reinterpret_cast<void *>(GetProcAddress(module, name)));
 }
 } // namespace
-
-std::string ModuleLibrary::defaultPath(const char *argv0) {
-    return folderOf(argv0) + "\\battery_module.dll";
-}
 
 std::unique_ptr<ModuleLibrary> ModuleLibrary::load(const std::string &path, std::string &error) {
     HMODULE module = LoadLibraryA(path.c_str());
