@@ -2,14 +2,16 @@
 
 #include <string>
 
+#include "battery_rules/host_keys.h"
 #include "stop_signals.h"
 
 namespace {
 constexpr int kStandardInput = 0;
 
-// The module asks with its own keys; the one that asks to unplug says so.
+// The module asks with its own keys: the charge test to plug the cable in,
+// the discharge test to unplug it.
 bool asksToPlug(const std::string &message) {
-    return message.find("UNPLUG") == std::string::npos;
+    return message != keys::PLEASE_UNPLUG_AC;
 }
 } // namespace
 

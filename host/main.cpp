@@ -14,6 +14,7 @@
 #include "battery_module/diagnostic.h"
 #include "battery_module/product_version.h"
 #include "battery_module/resource.h"
+#include "battery_rules/host_keys.h"
 #include "command_line.h"
 #include "exit_codes.h"
 #include "host_options.h"
@@ -110,7 +111,7 @@ std::vector<TestParameter> parametersFor(Test &test, const HostOptions &options)
     std::vector<TestParameter> parameters = test.getParameterDefinitions(nullptr, nullptr, 0);
     if (!options.duration.empty()) {
         for (TestParameter &parameter : parameters) {
-            if (parameter.key == "DURATION") parameter.value = options.duration;
+            if (parameter.key == keys::DURATION) parameter.value = options.duration;
         }
     }
     return parameters;
@@ -123,7 +124,7 @@ std::vector<RunRecord> runPlan(ModuleInterface &module, const RunPlan &plan,
     for (Test *test : plan.tests) {
         if (options.holdAboveCharge && test->isInteractive()) {
             TestParameter flow;
-            flow.key = "execution_flow";
+            flow.key = keys::EXECUTION_FLOW;
             flow.lastNumber = 1;
             test->setParameter(flow);
         }

@@ -4,19 +4,13 @@
 #include <sstream>
 
 #include "battery_module/resource.h"
+#include "battery_rules/identifiers.h"
 
 namespace module_session {
 
-namespace {
-constexpr uint32_t kQuickDiagnostic = 1;
-constexpr uint32_t kTemperatureTest = 4;
-constexpr uint16_t kBatteryModule = 12;
-} // namespace
-
 bool isSmartPath(ModuleInterface &module) {
     Resource *resource = module.getResource();
-    return resource != nullptr && resource->getTestOptions().count(EntityId(
-                                      kBatteryModule, kQuickDiagnostic, kTemperatureTest)) != 0;
+    return resource != nullptr && resource->getTestOptions().count(ID_TEMPERATURE_TEST) != 0;
 }
 
 void prepareComponents(ModuleInterface &module) {
@@ -43,6 +37,12 @@ bool parseId(const std::string &text, EntityId &id) {
     id = EntityId(static_cast<uint16_t>(parts[0]), static_cast<uint32_t>(parts[1]),
                   static_cast<uint32_t>(parts[2]));
     return true;
+}
+
+bool isExtendedTest(const std::string &testId) {
+    EntityId id(0, 0, 0);
+    return parseId(testId, id) && id.module() == ID_EXTENDED_DIAGNOSTIC.module() &&
+           id.diagnostic() == ID_EXTENDED_DIAGNOSTIC.diagnostic();
 }
 
 Test *findTest(ModuleInterface &module, const EntityId &id, Diagnostic **owner) {

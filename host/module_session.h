@@ -24,6 +24,9 @@ void prepareComponents(ModuleInterface &module);
 std::string idText(const EntityId &id);
 // "12.1.4" to an identifier; false when the text is not three numbers.
 bool parseId(const std::string &text, EntityId &id);
+// Whether "12.2.3" names a test of the extended diagnostic, which changes the
+// machine's settings and draws the charge over time.
+bool isExtendedTest(const std::string &testId);
 
 Test *findTest(ModuleInterface &module, const EntityId &id, Diagnostic **owner = nullptr);
 

@@ -1,8 +1,17 @@
 #include "report.h"
 
 #include "battery_module/system_component.h"
+#include "battery_rules/host_keys.h"
 #include "module_session.h"
 #include "run_plan.h"
+
+bool isChargeLine(const std::string &text) {
+    for (const char *key :
+         {keys::TOTAL_BATTERY_CHARGE, keys::INITIAL_BATTERY_CHARGE, keys::FINAL_BATTERY_CHARGE}) {
+        if (text.rfind(key, 0) == 0) return true;
+    }
+    return false;
+}
 
 namespace report {
 
@@ -15,12 +24,6 @@ nlohmann::json properties(const std::vector<ComponentProperty> &list) {
     return out;
 }
 
-// The charge report's lines: the last texts a test sends before its result.
-bool isChargeLine(const std::string &text) {
-    return text.rfind("TOTAL_BATTERY_CHARGE", 0) == 0 ||
-           text.rfind("INITIAL_BATTERY_CHARGE", 0) == 0 ||
-           text.rfind("FINAL_BATTERY_CHARGE", 0) == 0;
-}
 } // namespace
 
 nlohmann::json version(ProductVersion &version) {

@@ -4,14 +4,12 @@
 
 #include "battery_module/diagnostic.h"
 #include "battery_module/resource.h"
+#include "battery_rules/identifiers.h"
 #include "module_session.h"
 
 namespace run_plan {
 
 namespace {
-
-constexpr uint16_t kModule = 12;
-const EntityId kExtended(kModule, 2, 0);
 
 struct TestName {
     EntityId id;
@@ -23,14 +21,14 @@ struct TestName {
 // gives them.
 const std::vector<TestName> &extendedTestNames() {
     static const std::vector<TestName> names = {
-        {EntityId(kModule, 2, 2), "d", "discharge-test"},
-        {EntityId(kModule, 2, 3), "c", "charge-test"},
+        {ID_DISCHARGE_TEST, "d", "discharge-test"},
+        {ID_CHARGE_TEST, "c", "charge-test"},
     };
     return names;
 }
 
 std::vector<TestName> testNamesOf(ModuleInterface &module, const EntityId &diagnostic) {
-    if (diagnostic == kExtended) return extendedTestNames();
+    if (diagnostic == ID_EXTENDED_DIAGNOSTIC) return extendedTestNames();
     std::vector<TestName> names;
     if (Resource *resource = module.getResource()) {
         for (const auto &row : resource->getTestOptions()) {
@@ -90,7 +88,7 @@ std::vector<DiagnosticSwitch> switchesOf(ModuleInterface &module) {
             switches.push_back({row.first, row.second.shortName, row.second.longName});
         }
     }
-    switches.push_back({kExtended, "E", "extended"});
+    switches.push_back({ID_EXTENDED_DIAGNOSTIC, "E", "extended"});
     return switches;
 }
 
@@ -155,7 +153,7 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
 
 bool includesExtended(const RunPlan &plan) {
     return std::any_of(plan.tests.begin(), plan.tests.end(), [](Test *test) {
-        return test->getEntityId().diagnostic() == kExtended.diagnostic();
+        return test->getEntityId().diagnostic() == ID_EXTENDED_DIAGNOSTIC.diagnostic();
     });
 }
 

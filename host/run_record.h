@@ -36,3 +36,6 @@ struct RunRecord {
 };
 
 const char *resultName(TestResultCode result);
+// The charge report's lines: the last texts a charge test logs before its
+// result.
+bool isChargeLine(const std::string &text);

@@ -130,7 +130,7 @@ private:
                cssName(verdict) + "\">" + verdict + "</span></h3>\n";
         std::string log, charge;
         for (const auto &entry : record.entries) {
-            const bool isCharge = entry.text.find("_BATTERY_CHARGE") != std::string::npos;
+            const bool isCharge = isChargeLine(entry.text);
             (isCharge ? charge : log) += "<li>" + english(entry.text) + "</li>";
         }
         if (!log.empty()) out += "<ul class=\"log\">" + log + "</ul>\n";
