@@ -15,8 +15,8 @@ bool asksToPlug(const std::string &message) {
 }
 } // namespace
 
-HostRun::HostRun(SystemComponent *target, std::vector<TestParameter> parameters, Machine &machine,
-                 RunView &view, PromptAnswer answer, RunRecord &record)
+HostRun::HostRun(SystemComponent *target, std::vector<TestParameter> parameters,
+                 HostMachine &machine, RunView &view, PromptAnswer answer, RunRecord &record)
     : target_(target), parameters_(std::move(parameters)), machine_(machine), view_(view),
       answer_(answer), record_(record) {}
 

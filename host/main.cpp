@@ -17,13 +17,13 @@
 #include "battery_rules/host_keys.h"
 #include "command_line.h"
 #include "exit_codes.h"
+#include "host_machine.h"
 #include "host_options.h"
 #include "host_run.h"
 #include "language.h"
-#include "machine.h"
 #include "module_library.h"
 #include "module_session.h"
-#include "report.h"
+#include "report/json_report.h"
 #include "run_plan.h"
 #include "run_view.h"
 #include "stop_signals.h"
@@ -118,7 +118,7 @@ std::vector<TestParameter> parametersFor(Test &test, const HostOptions &options)
 }
 
 std::vector<RunRecord> runPlan(ModuleInterface &module, const RunPlan &plan,
-                               const HostOptions &options, Machine &machine, RunView &view) {
+                               const HostOptions &options, HostMachine &machine, RunView &view) {
     std::vector<RunRecord> records;
     Resource *resource = module.getResource();
     for (Test *test : plan.tests) {
@@ -155,7 +155,7 @@ int main(int argc, char **argv) {
 
     // The module is loaded first: its option tables add options.
     if (command_line::has(args, "--this-machine")) useThisMachine();
-    Machine &machine = currentMachine();
+    HostMachine &machine = currentHostMachine();
     const std::string scenario = command_line::valueOf(args, "--scenario");
     if (scenario == "list") {
         for (const auto &entry : machine.scenarioList()) {
@@ -230,7 +230,7 @@ int main(int argc, char **argv) {
     }
     if (options.version) {
         std::printf("battery_host %s\nbattery module %s\n", kHostVersion,
-                    report::version(*library->getVersion()).get<std::string>().c_str());
+                    json_report::version(*library->getVersion()).get<std::string>().c_str());
         library->releaseInterface();
         return exit_codes::kSuccess;
     }
@@ -263,7 +263,7 @@ int main(int argc, char **argv) {
     const bool listOnly = plan.tests.empty();
     if (!options.json) {
         std::printf("battery module %s on %s\n",
-                    report::version(*library->getVersion()).get<std::string>().c_str(),
+                    json_report::version(*library->getVersion()).get<std::string>().c_str(),
                     machine.describe().c_str());
         if (listOnly || options.list) printLists(*module, view);
     }
@@ -287,21 +287,21 @@ int main(int argc, char **argv) {
     for (const RunRecord &record : records) results.push_back(record.result);
     const int code = exit_codes::forResults(results);
     const RunSummary summary{kHostVersion,
-                             report::version(*library->getVersion()).get<std::string>(),
+                             json_report::version(*library->getVersion()).get<std::string>(),
                              machine.describe(),
                              module_session::isSmartPath(*module) ? "smart" : "generic",
-                             report::batteries(*module),
+                             json_report::batteries(*module),
                              records};
     run_outputs::write(options.outputs, summary, Language::english());
 
     if (options.json) {
         nlohmann::json document = {
             {"host", kHostVersion},
-            {"moduleVersion", report::version(*library->getVersion())},
+            {"moduleVersion", json_report::version(*library->getVersion())},
             {"path", module_session::isSmartPath(*module) ? "smart" : "generic"},
             {"machine", machine.describe()},
-            {"batteries", report::batteries(*module)},
-            {"runs", report::runs(records)},
+            {"batteries", json_report::batteries(*module)},
+            {"runs", json_report::runs(records)},
             {"exitCode", code}};
         if (stop_signals::received() != 0) document["stoppedBy"] = stop_signals::received();
         library->releaseInterface();

@@ -1,6 +1,6 @@
 #include "report/html_report.h"
 
-#include "report/battery_figures.h"
+#include "model/battery_figures.h"
 #include "report/html_text.h"
 #include "report/report_charts.h"
 #include "report/report_style.h"

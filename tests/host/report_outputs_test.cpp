@@ -11,7 +11,7 @@
 #include "battery_rules/identifiers.h"
 #include "diagnostics/smart_battery_health_test.h"
 #include "host/host_outputs_support.h"
-#include "report/battery_figures.h"
+#include "model/battery_figures.h"
 #include "report/report_charts.h"
 #include "smart_battery/smart_battery_component.h"
 #include "support/scenario.h"

@@ -11,7 +11,7 @@ namespace {
 // The Linux computer the host runs on, through the platform layer. The
 // person moves the AC cable; the host keeps a journal of the display level
 // and power profile an extended test changes, until they are back.
-class ThisComputer : public Machine {
+class ThisComputer : public HostMachine {
 public:
     std::string selectScenario(const std::string &nameOrPath) override {
         return "scenario '" + nameOrPath + "': scenarios exist only on the emulated notebook";
@@ -73,11 +73,11 @@ private:
     std::optional<uint32_t> startTick_;
 };
 
-Machine *chosen = nullptr;
+HostMachine *chosen = nullptr;
 
 } // namespace
 
-Machine &thisComputer() {
+HostMachine &thisComputer() {
     static ThisComputer machine;
     return machine;
 }
@@ -87,6 +87,6 @@ void useThisMachine() {
     chosen = &thisComputer();
 }
 
-Machine &currentMachine() {
+HostMachine &currentHostMachine() {
     return chosen != nullptr ? *chosen : emulatedMachine();
 }

@@ -1,4 +1,4 @@
-#include "machine.h"
+#include "host_machine.h"
 
 #include <chrono>
 
@@ -8,7 +8,7 @@ namespace {
 
 // This computer: no scenarios, wall-clock time, and a person who plugs and
 // unplugs the cable when asked.
-class RealMachine : public Machine {
+class RealMachine : public HostMachine {
 public:
     std::string selectScenario(const std::string &nameOrPath) override {
         return "scenario '" + nameOrPath + "': scenarios exist only on the emulated notebook";
@@ -47,7 +47,7 @@ private:
 // Windows answers from this computer already.
 void useThisMachine() {}
 
-Machine &currentMachine() {
+HostMachine &currentHostMachine() {
     static RealMachine machine;
     return machine;
 }

@@ -1,4 +1,4 @@
-#include "report/battery_figures.h"
+#include "model/battery_figures.h"
 
 #include <cstdlib>
 

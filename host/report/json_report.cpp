@@ -1,19 +1,10 @@
-#include "report.h"
+#include "report/json_report.h"
 
 #include "battery_module/system_component.h"
-#include "battery_rules/host_keys.h"
 #include "module_session.h"
 #include "run_plan.h"
 
-bool isChargeLine(const std::string &text) {
-    for (const char *key :
-         {keys::TOTAL_BATTERY_CHARGE, keys::INITIAL_BATTERY_CHARGE, keys::FINAL_BATTERY_CHARGE}) {
-        if (text.rfind(key, 0) == 0) return true;
-    }
-    return false;
-}
-
-namespace report {
+namespace json_report {
 
 namespace {
 nlohmann::json properties(const std::vector<ComponentProperty> &list) {
@@ -85,4 +76,4 @@ nlohmann::json runs(const std::vector<RunRecord> &records) {
     return out;
 }
 
-} // namespace report
+} // namespace json_report
