@@ -5,7 +5,7 @@
 #include "battery_module/diagnostic.h"
 #include "battery_module/resource.h"
 #include "battery_rules/identifiers.h"
-#include "module_session.h"
+#include "module_queries.h"
 
 namespace run_plan {
 
@@ -111,7 +111,7 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
             }
         }
         if (diagnostic == nullptr) {
-            error = "the diagnostic " + module_session::idText(choice.diagnostic) +
+            error = "the diagnostic " + module_queries::idText(choice.diagnostic) +
                     " is not offered on this machine";
             return false;
         }
@@ -131,7 +131,7 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
             Test *test = found == known.end() ? nullptr : diagnostic->findTest(found->id);
             if (test == nullptr) {
                 error = "no test '" + name + "' in diagnostic " +
-                        module_session::idText(choice.diagnostic) + " (tests: " + listOf(known) +
+                        module_queries::idText(choice.diagnostic) + " (tests: " + listOf(known) +
                         ")";
                 return false;
             }
@@ -141,7 +141,7 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
     for (const std::string &text : runIds) {
         EntityId id(0, 0, 0);
         Test *test =
-            module_session::parseId(text, id) ? module_session::findTest(module, id) : nullptr;
+            module_queries::parseId(text, id) ? module_queries::findTest(module, id) : nullptr;
         if (test == nullptr) {
             error = "no test with identifier '" + text + "' in this module";
             return false;
@@ -159,7 +159,7 @@ bool includesExtended(const RunPlan &plan) {
 
 bool chooseDevices(ModuleInterface &module, const std::vector<std::string> &ids, RunPlan &plan,
                    std::string &error) {
-    const bool smart = module_session::isSmartPath(module);
+    const bool smart = module_queries::isSmartPath(module);
     SystemComponentManager *manager = module.getComponentManager();
     const uint64_t count = manager != nullptr ? manager->getComponentCount() : 0;
     std::vector<std::string> known;

@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "history/sqlite_statement.h"
-#include "module_session.h"
+#include "module_queries.h"
 
 namespace {
 
@@ -150,7 +150,7 @@ bool HistoryStore::record(const HistoryRun &run, std::string &error) {
             addResult.bind(2, record.testId);
             addResult.bind(3, static_cast<int64_t>(record.result));
             ok = addResult.step() == SQLITE_DONE;
-            if (!module_session::isExtendedTest(record.testId)) continue;
+            if (!module_queries::isExtendedTest(record.testId)) continue;
             for (const MachineSample &sample : record.samples) {
                 addSample.reset();
                 addSample.bind(1, batteryId);

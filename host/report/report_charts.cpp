@@ -7,7 +7,7 @@
 #include "battery_rules/charge_change.h"
 #include "battery_rules/expected_capacity.h"
 #include "battery_rules/identifiers.h"
-#include "module_session.h"
+#include "module_queries.h"
 #include "report/svg_chart.h"
 
 namespace report_charts {
@@ -83,14 +83,14 @@ std::string healthChart(const HealthPlacement &placement, const std::string &tit
 }
 
 bool isExtended(const RunRecord &record) {
-    return module_session::isExtendedTest(record.testId);
+    return module_queries::isExtendedTest(record.testId);
 }
 
 std::string chargeChart(const RunRecord &record) {
     if (record.samples.size() < 2) return "";
     const MachineSample &first = record.samples.front();
     const MachineSample &last = record.samples.back();
-    const bool discharge = record.testId == module_session::idText(ID_DISCHARGE_TEST);
+    const bool discharge = record.testId == module_queries::idText(ID_DISCHARGE_TEST);
     const double change = charge_change::kLeastPoints;
     const double threshold = first.chargePercent + (discharge ? -change : change);
     double low = threshold, high = threshold;
