@@ -3,10 +3,29 @@
 #include <optional>
 
 #include "machine_settings/backlight.h"
+#include "machine_settings/power_profile.h"
 #include "platform_layer/this_machine.h"
-#include "settings_journal.h"
+#include "restore_journal.h"
 
 namespace {
+
+// Where the backlight and the profile are read and set, for the report.
+nlohmann::json settingsSources() {
+    nlohmann::json found = {{"backlight", nullptr}, {"powerProfile", nullptr}};
+    if (const std::optional<machine_settings::Backlight> backlight =
+            machine_settings::Backlight::find()) {
+        found["backlight"] = {
+            {"device", backlight->name()},
+            {"type", backlight->type()},
+            {"writtenThrough",
+             backlight->route() == machine_settings::Backlight::Route::File ? "sysfs" : "logind"}};
+    }
+    if (const std::unique_ptr<machine_settings::PowerProfile> profile =
+            machine_settings::PowerProfile::find()) {
+        found["powerProfile"] = profile->source();
+    }
+    return found;
+}
 
 // The Linux computer the host runs on, through the platform layer. The
 // person moves the AC cable; the host keeps a journal of the display level
@@ -25,16 +44,14 @@ public:
     bool controlsAcCable() override { return false; }
     bool userIgnoresPrompts() override { return false; }
     nlohmann::json state() override {
-        nlohmann::json found = settings_journal::sources();
+        nlohmann::json found = settingsSources();
         platform_layer::SystemPower power;
         if (platform_layer::thisMachine().systemPower(&power) == 0) found["ac"] = power.acOnLine;
         return found;
     }
-    std::vector<std::string> putBackWhatARunLeft() override {
-        return settings_journal::replayLeft();
-    }
-    bool recordSettings(std::string &error) override { return settings_journal::record(error); }
-    void settingsPutBack() override { settings_journal::close(); }
+    std::vector<std::string> putBackWhatARunLeft() override { return RestoreJournal::replayLeft(); }
+    bool recordSettings(std::string &error) override { return RestoreJournal::record(error); }
+    void settingsPutBack() override { RestoreJournal::close(); }
     // The battery figures, the display level and the power scheme as the
     // module's own calls see them, on the machine's (possibly scaled) clock.
     MachineSample sample() override {
