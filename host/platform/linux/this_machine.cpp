@@ -5,6 +5,7 @@
 #include "machine_settings/backlight.h"
 #include "machine_settings/power_profile.h"
 #include "platform_layer/this_machine.h"
+#include "real_computer.h"
 #include "restore_journal.h"
 
 namespace {
@@ -30,19 +31,10 @@ nlohmann::json settingsSources() {
 // The Linux computer the host runs on, through the platform layer. The
 // person moves the AC cable; the host keeps a journal of the display level
 // and power profile an extended test changes, until they are back.
-class ThisComputer : public HostMachine {
+class ThisComputer : public RealComputer {
 public:
-    std::string selectScenario(const std::string &nameOrPath) override {
-        return "scenario '" + nameOrPath + "': scenarios exist only on the emulated notebook";
-    }
     std::string describe() override { return "this-machine"; }
     void setTimeScale(double scale) override { platform_layer::setThisMachineTimeScale(scale); }
-    std::vector<std::pair<std::string, std::string>> scenarioList() override { return {}; }
-    uint32_t systemEvents() override { return 0; }
-    bool stopRequested() override { return false; }
-    void setAcCable(bool) override {}
-    bool controlsAcCable() override { return false; }
-    bool userIgnoresPrompts() override { return false; }
     nlohmann::json state() override {
         nlohmann::json found = settingsSources();
         platform_layer::SystemPower power;
