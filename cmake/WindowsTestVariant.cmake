@@ -49,7 +49,7 @@ target_include_directories(module_core_variant
   PUBLIC ${PROJECT_SOURCE_DIR}/module/include ${PROJECT_SOURCE_DIR}/module
          ${PROJECT_SOURCE_DIR}/module/platform/windows)
 # The identifiers of the instrumentation interfaces come from the SDK.
-target_link_libraries(module_core_variant PUBLIC wbemuuid hostlib_variant portlib_variant
+target_link_libraries(module_core_variant PUBLIC battery_rules wbemuuid hostlib_variant portlib_variant
                                                  platform_layer_variant variant_options)
 
 add_library(battery_module_variant SHARED ${PROJECT_SOURCE_DIR}/module/frame/module_entry.cpp

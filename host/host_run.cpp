@@ -2,19 +2,21 @@
 
 #include <string>
 
+#include "battery_rules/host_keys.h"
 #include "stop_signals.h"
 
 namespace {
 constexpr int kStandardInput = 0;
 
-// The module asks with its own keys; the one that asks to unplug says so.
+// The module asks with its own keys: the charge test to plug the cable in,
+// the discharge test to unplug it.
 bool asksToPlug(const std::string &message) {
-    return message.find("UNPLUG") == std::string::npos;
+    return message != keys::PLEASE_UNPLUG_AC;
 }
 } // namespace
 
-HostRun::HostRun(SystemComponent *target, std::vector<TestParameter> parameters, Machine &machine,
-                 RunView &view, PromptAnswer answer, RunRecord &record)
+HostRun::HostRun(SystemComponent *target, std::vector<TestParameter> parameters,
+                 HostMachine &machine, RunView &view, PromptAnswer answer, RunRecord &record)
     : target_(target), parameters_(std::move(parameters)), machine_(machine), view_(view),
       answer_(answer), record_(record) {}
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "battery_module/execution_context.h"
-#include "machine.h"
-#include "run_record.h"
+#include "host_machine.h"
+#include "model/run_record.h"
 #include "run_view.h"
 
 // How the host answers a prompt to plug or unplug the AC cable.
@@ -19,7 +19,7 @@ enum class PromptAnswer {
 // and records what the module says, and answers its prompts.
 class HostRun : public ExecutionContext, public ResultLog, public UserChannel {
 public:
-    HostRun(SystemComponent *target, std::vector<TestParameter> parameters, Machine &machine,
+    HostRun(SystemComponent *target, std::vector<TestParameter> parameters, HostMachine &machine,
             RunView &view, PromptAnswer answer, RunRecord &record);
 
     SystemComponent *getTargetComponent() override { return target_; }
@@ -39,7 +39,7 @@ public:
 private:
     SystemComponent *target_;
     std::vector<TestParameter> parameters_;
-    Machine &machine_;
+    HostMachine &machine_;
     RunView &view_;
     PromptAnswer answer_;
     RunRecord &record_;

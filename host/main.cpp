@@ -6,24 +6,26 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "battery_module/diagnostic.h"
-#include "battery_module/product_version.h"
 #include "battery_module/resource.h"
+#include "battery_rules/host_keys.h"
 #include "command_line.h"
 #include "exit_codes.h"
+#include "host_machine.h"
 #include "host_options.h"
 #include "host_run.h"
 #include "language.h"
-#include "machine.h"
-#include "module_library.h"
+#include "module_listing.h"
 #include "module_location.h"
+#include "module_queries.h"
 #include "module_session.h"
-#include "report.h"
+#include "report/json_report.h"
+#include "run_outputs.h"
 #include "run_plan.h"
 #include "run_view.h"
 #include "stop_signals.h"
@@ -44,6 +46,20 @@ Exit codes: 0 every test passed; otherwise the most severe result, in the order
 1 failed, 6 invalid, 4 aborted, 5 warning, 3 not applicable; 2 a usage error;
 69 the module could not be loaded or gave no interface.)";
 
+// One invocation of the host: its arguments as they are taken apart, its
+// options, and the machine it runs on. A step that ends the invocation
+// gives the exit code.
+struct Invocation {
+    Invocation(int argc, char **argv) : program(argv[0]), args(argv + 1, argv + argc) {}
+
+    const char *program;
+    std::vector<std::string> args;
+    CLI::App app{"Runs the battery diagnostics of the battery module.", "battery_host"};
+    HostOptions options;
+    HostMachine *machine = nullptr;
+};
+using Ending = std::optional<int>;
+
 std::string lowered(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -59,50 +75,131 @@ int usageError(const std::string &message, const CLI::App &app) {
     return exit_codes::kUsage;
 }
 
-void printProperties(const std::vector<ComponentProperty> &properties, const std::string &indent,
-                     const RunView &view) {
-    for (const ComponentProperty &property : properties) {
-        std::printf("%s%s: %s\n", indent.c_str(), view.text(property.key).c_str(),
-                    view.text(property.value).c_str());
+int noInterface(HostMachine &machine) {
+    std::fprintf(stderr, "error: the module gave no interface on %s\n", machine.describe().c_str());
+    return exit_codes::kNoModule;
+}
+
+// The machine, its scenario and its pace; what a run that died left changed
+// is put back first. Listing the scenarios or the history ends here.
+Ending chooseMachine(Invocation &call) {
+    if (command_line::has(call.args, "--this-machine")) useThisMachine();
+    HostMachine &machine = currentHostMachine();
+    call.machine = &machine;
+    const std::string scenario = command_line::valueOf(call.args, "--scenario");
+    if (scenario == "list") {
+        for (const auto &entry : machine.scenarioList()) {
+            std::printf("%-24s %s\n", entry.first.c_str(), entry.second.c_str());
+        }
+        return exit_codes::kSuccess;
+    }
+    if (command_line::has(call.args, "--history")) {
+        call.options.outputs.historyPath = command_line::valueOf(call.args, "--history-db");
+        return run_outputs::showHistory(call.options.outputs,
+                                        command_line::has(call.args, "--json"));
+    }
+    const std::string scenarioError =
+        scenario.empty() ? machine.selectDefaultScenario() : machine.selectScenario(scenario);
+    if (!scenarioError.empty()) return usageError(scenarioError, call.app);
+    double scale = 1.0;
+    const std::string scaleText = command_line::valueOf(call.args, "--time-scale");
+    std::string scaleError;
+    if ((!scaleText.empty() || command_line::has(call.args, "--time-scale")) &&
+        !command_line::parseTimeScale(scaleText, scale, scaleError)) {
+        return usageError(scaleError, call.app);
+    }
+    for (const std::string &line : machine.putBackWhatARunLeft()) {
+        std::fprintf(stderr, "restore journal: %s\n", line.c_str());
+    }
+    machine.setTimeScale(scale);
+    return std::nullopt;
+}
+
+// The module named by --module, else the one beside this program.
+std::unique_ptr<ModuleSession> loadModule(const Invocation &call, std::string &error) {
+    std::unique_ptr<ModuleLibrary> library =
+        module_location::load(command_line::valueOf(call.args, "--module"), call.program, error);
+    return ModuleSession::of(std::move(library));
+}
+
+void printHelp(const Invocation &call, const ModuleSession *session, const std::string &loadError) {
+    std::printf("%s", call.app.help().c_str());
+    if (session != nullptr && session->module() != nullptr) {
+        std::printf("\nThe module's help:\n%s",
+                    session->module()->getResource()->getHelpText().c_str());
+    } else {
+        std::printf("\n(no module help: %s)\n",
+                    session != nullptr ? "the module gave no interface" : loadError.c_str());
     }
 }
 
-void printLists(ModuleInterface &module, const RunView &view) {
-    Resource *resource = module.getResource();
-    const bool smart = module_session::isSmartPath(module);
-    std::printf("path: %s\n", smart ? "smart (embedded controller)" : "generic (operating system)");
-    std::printf("diagnostics:\n");
-    for (uint32_t d = 0; d < module.getDiagnosticCount(); ++d) {
-        Diagnostic *diagnostic = module.getDiagnostic(d);
-        if (diagnostic == nullptr) continue;
-        const EntityId id = diagnostic->getEntityId();
-        std::printf("  %s  %s\n", module_session::idText(id).c_str(),
-                    view.text(resource->getDiagnosticName(id)).c_str());
-        std::printf("          %s\n", view.text(resource->getDiagnosticTooltip(id)).c_str());
-        for (uint32_t t = 0; t < diagnostic->getTestCount(); ++t) {
-            Test *test = diagnostic->getTest(t);
-            if (test == nullptr) continue;
-            const EntityId testId = test->getEntityId();
-            std::printf("    %s  %s\n", module_session::idText(testId).c_str(),
-                        view.text(resource->getTestName(testId)).c_str());
-        }
+// The rest of the command line, once the module's option tables are known.
+// Help and the versions need no interface; everything else does.
+Ending readCommandLine(Invocation &call, const ModuleSession *session, const std::string &loadError,
+                       std::vector<DiagnosticChoice> &choices) {
+    ModuleInterface *module = session != nullptr ? session->module() : nullptr;
+    const bool askedForHelp =
+        command_line::has(call.args, "--help") || command_line::has(call.args, "-h");
+    const bool askedForVersion = command_line::has(call.args, "--version");
+    if (module == nullptr && !askedForHelp && !(session != nullptr && askedForVersion)) {
+        if (session != nullptr) return noInterface(*call.machine);
+        std::fprintf(stderr, "error: %s\n", loadError.c_str());
+        return exit_codes::kNoModule;
     }
-    std::printf("batteries:\n");
-    SystemComponentManager *manager = module.getComponentManager();
-    const uint64_t count = manager->getComponentCount();
-    if (count == 0) std::printf("  none\n");
-    for (uint32_t c = 0; c < count; ++c) {
-        SystemComponent *component = manager->getComponent(c);
-        if (component == nullptr) continue;
-        const ComponentInfo info = component->getInfo();
-        std::printf("  %s  %s\n", run_plan::deviceIdOf(*component, smart).c_str(),
-                    view.text(info.name).c_str());
-        printProperties(info.properties, "      ", view);
-        for (const ComponentInfoGroup &group : component->getInfoGroups()) {
-            std::printf("      %s\n", view.text(group.name).c_str());
-            printProperties(group.properties, "        ", view);
-        }
+    if (module != nullptr) {
+        command_line::extractDiagnostics(call.args, run_plan::switchesOf(*module), choices,
+                                         call.options.moduleName);
     }
+    std::vector<const char *> rest = {call.program};
+    for (const std::string &arg : call.args) rest.push_back(arg.c_str());
+    try {
+        call.app.parse(static_cast<int>(rest.size()), const_cast<char **>(rest.data()));
+    } catch (const CLI::CallForHelp &) {
+        printHelp(call, session, loadError);
+        return exit_codes::kSuccess;
+    } catch (const CLI::ParseError &error) {
+        return usageError(error.what(), call.app);
+    }
+    if (session == nullptr) {
+        std::fprintf(stderr, "error: %s\n", loadError.c_str());
+        return exit_codes::kNoModule;
+    }
+    if (call.options.version) {
+        std::printf("battery_host %s\nbattery module %s\n", kHostVersion,
+                    session->versionText().c_str());
+        return exit_codes::kSuccess;
+    }
+    if (module == nullptr) return noInterface(*call.machine);
+    if (!call.options.moduleName.empty() && lowered(call.options.moduleName) != "battery") {
+        return usageError("no module '" + call.options.moduleName + "' here (this is -Mbattery)",
+                          call.app);
+    }
+    return std::nullopt;
+}
+
+// The tests and batteries the command line chose, checked before anything
+// runs; the lists are shown when nothing is to run or when asked.
+Ending planRuns(Invocation &call, ModuleSession &session,
+                const std::vector<DiagnosticChoice> &choices, const RunView &view, RunPlan &plan) {
+    ModuleInterface &module = *session.module();
+    const std::string outputError = run_outputs::checkPaths(call.options.outputs);
+    if (!outputError.empty()) return usageError(outputError, call.app);
+    module_queries::prepareComponents(module);
+    std::string planError;
+    if (!run_plan::chooseTests(module, choices, call.options.runIds, plan, planError) ||
+        !run_plan::chooseDevices(module, call.options.devices, plan, planError)) {
+        return usageError(planError, call.app);
+    }
+    if (!call.options.json) {
+        std::printf("battery module %s on %s\n", session.versionText().c_str(),
+                    call.machine->describe().c_str());
+        if (plan.tests.empty() || call.options.list) printModuleLists(module, view);
+    }
+    if (!plan.tests.empty() && plan.devices.empty()) {
+        std::fprintf(stderr, "error: no battery to test on %s\n", call.machine->describe().c_str());
+        return ResultNotApplicable;
+    }
+    return std::nullopt;
 }
 
 // The parameters a run gets: the test's definitions, with the chosen
@@ -111,31 +208,31 @@ std::vector<TestParameter> parametersFor(Test &test, const HostOptions &options)
     std::vector<TestParameter> parameters = test.getParameterDefinitions(nullptr, nullptr, 0);
     if (!options.duration.empty()) {
         for (TestParameter &parameter : parameters) {
-            if (parameter.key == "DURATION") parameter.value = options.duration;
+            if (parameter.key == keys::DURATION) parameter.value = options.duration;
         }
     }
     return parameters;
 }
 
-std::vector<RunRecord> runPlan(ModuleInterface &module, const RunPlan &plan,
-                               const HostOptions &options, Machine &machine, RunView &view) {
+std::vector<RunRecord> runTests(ModuleInterface &module, const RunPlan &plan,
+                                const Invocation &call, RunView &view) {
     std::vector<RunRecord> records;
     Resource *resource = module.getResource();
     for (Test *test : plan.tests) {
-        if (options.holdAboveCharge && test->isInteractive()) {
+        if (call.options.holdAboveCharge && test->isInteractive()) {
             TestParameter flow;
-            flow.key = "execution_flow";
+            flow.key = keys::EXECUTION_FLOW;
             flow.lastNumber = 1;
             test->setParameter(flow);
         }
         for (size_t d = 0; d < plan.devices.size() && !stop_signals::requested(); ++d) {
             RunRecord record;
-            record.testId = module_session::idText(test->getEntityId());
+            record.testId = module_queries::idText(test->getEntityId());
             record.testName = resource->getTestName(test->getEntityId());
             record.device = plan.deviceIds[d];
             view.begin(record.testName, record.device);
-            HostRun run(plan.devices[d], parametersFor(*test, options), machine, view,
-                        options.yes ? PromptAnswer::Automatic : PromptAnswer::Ask, record);
+            HostRun run(plan.devices[d], parametersFor(*test, call.options), *call.machine, view,
+                        call.options.yes ? PromptAnswer::Automatic : PromptAnswer::Ask, record);
             record.result = test->execute(&run);
             view.end(record.result);
             records.push_back(std::move(record));
@@ -144,175 +241,81 @@ std::vector<RunRecord> runPlan(ModuleInterface &module, const RunPlan &plan,
     return records;
 }
 
-} // namespace
-
-int main(int argc, char **argv) {
-    std::vector<std::string> args(argv + 1, argv + argc);
-    CLI::App app{"Runs the battery diagnostics of the battery module.", "battery_host"};
-    HostOptions options;
-    buildHostOptions(app, options);
-    app.footer(kHostHelpFooter);
-
-    // The module is loaded first: its option tables add options.
-    if (command_line::has(args, "--this-machine")) useThisMachine();
-    Machine &machine = currentMachine();
-    const std::string scenario = command_line::valueOf(args, "--scenario");
-    if (scenario == "list") {
-        for (const auto &entry : machine.scenarioList()) {
-            std::printf("%-24s %s\n", entry.first.c_str(), entry.second.c_str());
-        }
-        return exit_codes::kSuccess;
-    }
-    if (command_line::has(args, "--history")) {
-        options.outputs.historyPath = command_line::valueOf(args, "--history-db");
-        return run_outputs::showHistory(options.outputs, command_line::has(args, "--json"));
-    }
-    const std::string scenarioError =
-        scenario.empty() ? machine.selectDefaultScenario() : machine.selectScenario(scenario);
-    if (!scenarioError.empty()) return usageError(scenarioError, app);
-    double scale = 1.0;
-    const std::string scaleText = command_line::valueOf(args, "--time-scale");
-    std::string scaleError;
-    if ((!scaleText.empty() || command_line::has(args, "--time-scale")) &&
-        !command_line::parseTimeScale(scaleText, scale, scaleError)) {
-        return usageError(scaleError, app);
-    }
-    for (const std::string &line : machine.putBackWhatARunLeft()) {
-        std::fprintf(stderr, "restore journal: %s\n", line.c_str());
-    }
-    machine.setTimeScale(scale);
-
-    std::string loadError;
-    std::unique_ptr<ModuleLibrary> library =
-        module_location::load(command_line::valueOf(args, "--module"), argv[0], loadError);
-    ModuleInterface *module = library ? library->getInterface() : nullptr;
-
-    const bool askedForHelp = command_line::has(args, "--help") || command_line::has(args, "-h");
-    const bool askedForVersion = command_line::has(args, "--version");
-    if ((!library || module == nullptr) && !askedForHelp && !(library && askedForVersion)) {
-        if (!library) {
-            std::fprintf(stderr, "error: %s\n", loadError.c_str());
-        } else {
-            std::fprintf(stderr, "error: the module gave no interface on %s\n",
-                         machine.describe().c_str());
-        }
-        return exit_codes::kNoModule;
-    }
-
-    std::vector<DiagnosticChoice> choices;
-    if (module != nullptr) {
-        command_line::extractDiagnostics(args, run_plan::switchesOf(*module), choices,
-                                         options.moduleName);
-    }
-    std::vector<const char *> rest = {argv[0]};
-    for (const std::string &arg : args) rest.push_back(arg.c_str());
-    try {
-        app.parse(static_cast<int>(rest.size()), const_cast<char **>(rest.data()));
-    } catch (const CLI::CallForHelp &) {
-        std::printf("%s", app.help().c_str());
-        if (module != nullptr) {
-            std::printf("\nThe module's help:\n%s", module->getResource()->getHelpText().c_str());
-        } else {
-            std::printf("\n(no module help: %s)\n",
-                        library ? "the module gave no interface" : loadError.c_str());
-        }
-        if (library) library->releaseInterface();
-        return exit_codes::kSuccess;
-    } catch (const CLI::ParseError &error) {
-        if (library) library->releaseInterface();
-        return usageError(error.what(), app);
-    }
-
-    if (!library) {
-        std::fprintf(stderr, "error: %s\n", loadError.c_str());
-        return exit_codes::kNoModule;
-    }
-    if (options.version) {
-        std::printf("battery_host %s\nbattery module %s\n", kHostVersion,
-                    report::version(*library->getVersion()).get<std::string>().c_str());
-        library->releaseInterface();
-        return exit_codes::kSuccess;
-    }
-    if (module == nullptr) {
-        std::fprintf(stderr, "error: the module gave no interface on %s\n",
-                     machine.describe().c_str());
-        return exit_codes::kNoModule;
-    }
-    if (!options.moduleName.empty() && lowered(options.moduleName) != "battery") {
-        library->releaseInterface();
-        return usageError("no module '" + options.moduleName + "' here (this is -Mbattery)", app);
-    }
-
-    const std::string outputError = run_outputs::checkPaths(options.outputs);
-    if (!outputError.empty()) {
-        library->releaseInterface();
-        return usageError(outputError, app);
-    }
-    module_session::prepareComponents(*module);
-    RunPlan plan;
-    std::string planError;
-    if (!run_plan::chooseTests(*module, choices, options.runIds, plan, planError) ||
-        !run_plan::chooseDevices(*module, options.devices, plan, planError)) {
-        library->releaseInterface();
-        return usageError(planError, app);
-    }
-
-    RunView view(RunView::modeFor(options.json), RunView::colourWanted(), options.rawKeys,
-                 Language::english());
-    const bool listOnly = plan.tests.empty();
-    if (!options.json) {
-        std::printf("battery module %s on %s\n",
-                    report::version(*library->getVersion()).get<std::string>().c_str(),
-                    machine.describe().c_str());
-        if (listOnly || options.list) printLists(*module, view);
-    }
-    if (!plan.tests.empty() && plan.devices.empty()) {
-        std::fprintf(stderr, "error: no battery to test on %s\n", machine.describe().c_str());
-        library->releaseInterface();
-        return ResultNotApplicable;
-    }
+// Runs the plan; an extended test changes the machine's settings, so they
+// are recorded first and put back after.
+Ending runPlan(Invocation &call, ModuleInterface &module, const RunPlan &plan, RunView &view,
+               std::vector<RunRecord> &records) {
     stop_signals::install();
     const bool changesMachine = run_plan::includesExtended(plan);
     std::string journalError;
-    if (changesMachine && !machine.recordSettings(journalError)) {
+    if (changesMachine && !call.machine->recordSettings(journalError)) {
         std::fprintf(stderr, "error: %s; an extended test needs it to put the machine back\n",
                      journalError.c_str());
-        library->releaseInterface();
         return exit_codes::kUsage;
     }
-    const std::vector<RunRecord> records = runPlan(*module, plan, options, machine, view);
-    if (changesMachine) machine.settingsPutBack();
+    records = runTests(module, plan, call, view);
+    if (changesMachine) call.machine->settingsPutBack();
+    return std::nullopt;
+}
+
+// The history, the report files and the JSON report. The module is released
+// before the machine's state is read and before a stop signal ends the
+// program.
+int writeOutputs(Invocation &call, std::unique_ptr<ModuleSession> session,
+                 std::vector<RunRecord> records) {
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
     const int code = exit_codes::forResults(results);
+    ModuleInterface &module = *session->module();
     const RunSummary summary{kHostVersion,
-                             report::version(*library->getVersion()).get<std::string>(),
-                             machine.describe(),
-                             module_session::isSmartPath(*module) ? "smart" : "generic",
-                             report::batteries(*module),
-                             records};
-    run_outputs::write(options.outputs, summary, Language::english());
-
-    if (options.json) {
-        nlohmann::json document = {
-            {"host", kHostVersion},
-            {"moduleVersion", report::version(*library->getVersion())},
-            {"path", module_session::isSmartPath(*module) ? "smart" : "generic"},
-            {"machine", machine.describe()},
-            {"batteries", report::batteries(*module)},
-            {"runs", report::runs(records)},
-            {"exitCode", code}};
-        if (stop_signals::received() != 0) document["stoppedBy"] = stop_signals::received();
-        library->releaseInterface();
-        document["machineState"] = machine.state();
+                             session->versionText(),
+                             call.machine->describe(),
+                             module_queries::isSmartPath(module) ? "smart" : "generic",
+                             json_report::batteries(module),
+                             std::move(records)};
+    run_outputs::write(call.options.outputs, summary, Language::english());
+    nlohmann::json document;
+    if (call.options.json)
+        document = json_report::document(summary, code, stop_signals::received());
+    session.reset();
+    if (call.options.json) {
+        document["machineState"] = call.machine->state();
         // Texts from a driver may be cut inside a character; they are shown, not refused.
         std::cout << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
                   << std::endl;
-        stop_signals::endLikeTheSignal();
-        return code;
+    } else {
+        std::fflush(stdout);
     }
-    library->releaseInterface();
-    std::fflush(stdout);
     stop_signals::endLikeTheSignal();
     return code;
+}
+
+int runHost(Invocation &call) {
+    buildHostOptions(call.app, call.options);
+    call.app.footer(kHostHelpFooter);
+    // The module is loaded after the machine is chosen and before the command
+    // line is parsed: its option tables add options.
+    if (const Ending ending = chooseMachine(call)) return *ending;
+    std::string loadError;
+    std::unique_ptr<ModuleSession> session = loadModule(call, loadError);
+    std::vector<DiagnosticChoice> choices;
+    if (const Ending ending = readCommandLine(call, session.get(), loadError, choices)) {
+        return *ending;
+    }
+    RunView view(RunView::modeFor(call.options.json), RunView::colourWanted(), call.options.rawKeys,
+                 Language::english());
+    RunPlan plan;
+    if (const Ending ending = planRuns(call, *session, choices, view, plan)) return *ending;
+    std::vector<RunRecord> records;
+    if (const Ending ending = runPlan(call, *session->module(), plan, view, records)) {
+        return *ending;
+    }
+    return writeOutputs(call, std::move(session), std::move(records));
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    Invocation call(argc, argv);
+    return runHost(call);
 }

@@ -1,60 +1,27 @@
 #include "module_session.h"
 
-#include <cstdio>
-#include <sstream>
+#include "battery_module/product_version.h"
 
-#include "battery_module/resource.h"
-
-namespace module_session {
-
-namespace {
-constexpr uint32_t kQuickDiagnostic = 1;
-constexpr uint32_t kTemperatureTest = 4;
-constexpr uint16_t kBatteryModule = 12;
-} // namespace
-
-bool isSmartPath(ModuleInterface &module) {
-    Resource *resource = module.getResource();
-    return resource != nullptr && resource->getTestOptions().count(EntityId(
-                                      kBatteryModule, kQuickDiagnostic, kTemperatureTest)) != 0;
+std::unique_ptr<ModuleSession> ModuleSession::open(const std::string &path, std::string &error) {
+    return of(ModuleLibrary::load(path, error));
 }
 
-void prepareComponents(ModuleInterface &module) {
-    SystemComponentManager *manager = module.getComponentManager();
-    if (manager != nullptr && !isSmartPath(module)) {
-        manager->refreshComponents();
-    }
+std::unique_ptr<ModuleSession> ModuleSession::of(std::unique_ptr<ModuleLibrary> library) {
+    if (!library) return nullptr;
+    return std::unique_ptr<ModuleSession>(new ModuleSession(std::move(library)));
 }
 
-std::string idText(const EntityId &id) {
-    return std::to_string(id.module()) + "." + std::to_string(id.diagnostic()) + "." +
-           std::to_string(id.test());
+ModuleSession::ModuleSession(std::unique_ptr<ModuleLibrary> library)
+    : library_(std::move(library)), module_(library_->getInterface()) {}
+
+// A release without an instance does nothing, so a module that gave no
+// interface is released as well.
+ModuleSession::~ModuleSession() {
+    library_->releaseInterface();
 }
 
-bool parseId(const std::string &text, EntityId &id) {
-    unsigned long parts[3];
-    char dot1 = 0, dot2 = 0;
-    std::istringstream stream(text);
-    if (!(stream >> parts[0] >> dot1 >> parts[1] >> dot2 >> parts[2]) || dot1 != '.' ||
-        dot2 != '.' || stream.peek() != EOF || parts[0] > 0xFFFF || parts[1] > 0xFFFFFF ||
-        parts[2] > 0xFFFFFF) {
-        return false;
-    }
-    id = EntityId(static_cast<uint16_t>(parts[0]), static_cast<uint32_t>(parts[1]),
-                  static_cast<uint32_t>(parts[2]));
-    return true;
+std::string ModuleSession::versionText() const {
+    ProductVersion &version = *library_->getVersion();
+    return std::to_string(version.getMajor()) + "." + std::to_string(version.getMinor()) + "." +
+           std::to_string(version.getRevision()) + "." + std::to_string(version.getBuild());
 }
-
-Test *findTest(ModuleInterface &module, const EntityId &id, Diagnostic **owner) {
-    for (uint32_t d = 0; d < module.getDiagnosticCount(); ++d) {
-        Diagnostic *diagnostic = module.getDiagnostic(d);
-        if (diagnostic == nullptr) continue;
-        if (Test *test = diagnostic->findTest(id)) {
-            if (owner != nullptr) *owner = diagnostic;
-            return test;
-        }
-    }
-    return nullptr;
-}
-
-} // namespace module_session

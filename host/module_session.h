@@ -1,30 +1,33 @@
 #pragma once
 
+#include <memory>
 #include <string>
-#include <vector>
 
-#include "battery_module/diagnostic.h"
 #include "battery_module/module_interface.h"
-#include "battery_module/resource.h"
-#include "battery_module/system_component.h"
-#include "battery_module/test.h"
+#include "module_library.h"
 
-// What the host learns about a loaded module through its virtual
-// operations alone.
-namespace module_session {
+// The module loaded for one invocation of the host and the interface taken
+// from it. Ending the session releases the interface, before the library is
+// unloaded, on every way out of the host.
+class ModuleSession {
+public:
+    // Loads the library and asks it for its interface; null, with the
+    // loader's message in `error`, when the library cannot be loaded.
+    static std::unique_ptr<ModuleSession> open(const std::string &path, std::string &error);
+    // The session of a library already loaded; null for a null library.
+    static std::unique_ptr<ModuleSession> of(std::unique_ptr<ModuleLibrary> library);
+    ~ModuleSession();
+    ModuleSession(const ModuleSession &) = delete;
+    ModuleSession &operator=(const ModuleSession &) = delete;
 
-// Only the smart path's option tables offer the temperature test.
-bool isSmartPath(ModuleInterface &module);
+    // Null when the module gave no interface.
+    ModuleInterface *module() const { return module_; }
+    // "4.37.0.209": the module's product version.
+    std::string versionText() const;
 
-// The generic manager starts empty, so it is refreshed before anything is
-// listed or run. The smart manager is never asked for a refreshed component:
-// that would destroy its components.
-void prepareComponents(ModuleInterface &module);
+private:
+    explicit ModuleSession(std::unique_ptr<ModuleLibrary> library);
 
-std::string idText(const EntityId &id);
-// "12.1.4" to an identifier; false when the text is not three numbers.
-bool parseId(const std::string &text, EntityId &id);
-
-Test *findTest(ModuleInterface &module, const EntityId &id, Diagnostic **owner = nullptr);
-
-} // namespace module_session
+    std::unique_ptr<ModuleLibrary> library_;
+    ModuleInterface *module_;
+};

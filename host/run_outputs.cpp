@@ -12,7 +12,7 @@
 #include "history/history_store.h"
 #include "history/history_table.h"
 #include "metrics/metrics_export.h"
-#include "report/battery_figures.h"
+#include "model/battery_figures.h"
 #include "report/html_report.h"
 #include "utc_time.h"
 

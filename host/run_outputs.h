@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "language.h"
-#include "run_record.h"
+#include "model/run_summary.h"
 
 namespace CLI {
 class App;
@@ -20,16 +20,6 @@ struct OutputOptions {
     std::string historyPath; // empty: the default place
     bool noHistory = false;
     bool showHistory = false;
-};
-
-// What a run of the host found, as the outputs need it.
-struct RunSummary {
-    std::string hostVersion;
-    std::string moduleVersion;
-    std::string machine;
-    std::string path;
-    nlohmann::json batteries;
-    std::vector<RunRecord> records;
 };
 
 namespace run_outputs {

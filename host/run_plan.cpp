@@ -4,14 +4,12 @@
 
 #include "battery_module/diagnostic.h"
 #include "battery_module/resource.h"
-#include "module_session.h"
+#include "battery_rules/identifiers.h"
+#include "module_queries.h"
 
 namespace run_plan {
 
 namespace {
-
-constexpr uint16_t kModule = 12;
-const EntityId kExtended(kModule, 2, 0);
 
 struct TestName {
     EntityId id;
@@ -23,14 +21,14 @@ struct TestName {
 // gives them.
 const std::vector<TestName> &extendedTestNames() {
     static const std::vector<TestName> names = {
-        {EntityId(kModule, 2, 2), "d", "discharge-test"},
-        {EntityId(kModule, 2, 3), "c", "charge-test"},
+        {ID_DISCHARGE_TEST, "d", "discharge-test"},
+        {ID_CHARGE_TEST, "c", "charge-test"},
     };
     return names;
 }
 
 std::vector<TestName> testNamesOf(ModuleInterface &module, const EntityId &diagnostic) {
-    if (diagnostic == kExtended) return extendedTestNames();
+    if (diagnostic == ID_EXTENDED_DIAGNOSTIC) return extendedTestNames();
     std::vector<TestName> names;
     if (Resource *resource = module.getResource()) {
         for (const auto &row : resource->getTestOptions()) {
@@ -90,7 +88,7 @@ std::vector<DiagnosticSwitch> switchesOf(ModuleInterface &module) {
             switches.push_back({row.first, row.second.shortName, row.second.longName});
         }
     }
-    switches.push_back({kExtended, "E", "extended"});
+    switches.push_back({ID_EXTENDED_DIAGNOSTIC, "E", "extended"});
     return switches;
 }
 
@@ -113,7 +111,7 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
             }
         }
         if (diagnostic == nullptr) {
-            error = "the diagnostic " + module_session::idText(choice.diagnostic) +
+            error = "the diagnostic " + module_queries::idText(choice.diagnostic) +
                     " is not offered on this machine";
             return false;
         }
@@ -133,7 +131,7 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
             Test *test = found == known.end() ? nullptr : diagnostic->findTest(found->id);
             if (test == nullptr) {
                 error = "no test '" + name + "' in diagnostic " +
-                        module_session::idText(choice.diagnostic) + " (tests: " + listOf(known) +
+                        module_queries::idText(choice.diagnostic) + " (tests: " + listOf(known) +
                         ")";
                 return false;
             }
@@ -143,7 +141,7 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
     for (const std::string &text : runIds) {
         EntityId id(0, 0, 0);
         Test *test =
-            module_session::parseId(text, id) ? module_session::findTest(module, id) : nullptr;
+            module_queries::parseId(text, id) ? module_queries::findTest(module, id) : nullptr;
         if (test == nullptr) {
             error = "no test with identifier '" + text + "' in this module";
             return false;
@@ -155,13 +153,13 @@ bool chooseTests(ModuleInterface &module, const std::vector<DiagnosticChoice> &c
 
 bool includesExtended(const RunPlan &plan) {
     return std::any_of(plan.tests.begin(), plan.tests.end(), [](Test *test) {
-        return test->getEntityId().diagnostic() == kExtended.diagnostic();
+        return test->getEntityId().diagnostic() == ID_EXTENDED_DIAGNOSTIC.diagnostic();
     });
 }
 
 bool chooseDevices(ModuleInterface &module, const std::vector<std::string> &ids, RunPlan &plan,
                    std::string &error) {
-    const bool smart = module_session::isSmartPath(module);
+    const bool smart = module_queries::isSmartPath(module);
     SystemComponentManager *manager = module.getComponentManager();
     const uint64_t count = manager != nullptr ? manager->getComponentCount() : 0;
     std::vector<std::string> known;

@@ -26,25 +26,6 @@ std::vector<std::string> partsOf(const std::string &text) {
 }
 } // namespace
 
-const char *resultName(TestResultCode result) {
-    switch (result) {
-    case ResultSuccess:
-        return "ResultSuccess";
-    case ResultFailed:
-        return "ResultFailed";
-    case ResultNotApplicable:
-        return "ResultNotApplicable";
-    case ResultAborted:
-        return "ResultAborted";
-    case ResultWarning:
-        return "ResultWarning";
-    case ResultInvalid:
-        return "ResultInvalid";
-    default:
-        return "unknown";
-    }
-}
-
 RunView::RunView(Mode mode, bool colour, bool rawKeys, const Language &language)
     : mode_(mode), colour_(colour && mode == Mode::Terminal), rawKeys_(rawKeys),
       language_(language) {}

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "language.h"
-#include "run_record.h"
+#include "model/run_record.h"
 
 // How runs appear on the terminal: a progress bar redrawn in place on a
 // terminal, plain lines elsewhere, nothing at all for a JSON report.

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "history/sqlite_statement.h"
+#include "module_queries.h"
 
 namespace {
 
@@ -48,10 +49,6 @@ int userVersion(sqlite3 *db, std::string &error) {
         return -1;
     }
     return static_cast<int>(query.integer(0));
-}
-
-bool isExtended(const std::string &testId) {
-    return testId.rfind("12.2.", 0) == 0;
 }
 
 } // namespace
@@ -153,7 +150,7 @@ bool HistoryStore::record(const HistoryRun &run, std::string &error) {
             addResult.bind(2, record.testId);
             addResult.bind(3, static_cast<int64_t>(record.result));
             ok = addResult.step() == SQLITE_DONE;
-            if (!isExtended(record.testId)) continue;
+            if (!module_queries::isExtendedTest(record.testId)) continue;
             for (const MachineSample &sample : record.samples) {
                 addSample.reset();
                 addSample.bind(1, batteryId);

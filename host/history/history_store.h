@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "history/history_entry.h"
-#include "run_record.h"
+#include "model/history_entry.h"
+#include "model/run_record.h"
 
 struct sqlite3;
 

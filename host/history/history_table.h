@@ -5,7 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "history/history_entry.h"
+#include "model/history_entry.h"
 
 // --history: entries as the store gives them, one battery after another.
 std::string historyTable(const std::vector<HistoryEntry> &entries);

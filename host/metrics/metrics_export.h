@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "report/battery_figures.h"
-#include "run_record.h"
+#include "model/battery_figures.h"
+#include "model/run_record.h"
 
 // The run's figures in the Prometheus text exposition format, for
 // node_exporter's textfile collector: one series per battery and figure,

@@ -1,6 +1,6 @@
 #include "report/html_report.h"
 
-#include "report/battery_figures.h"
+#include "model/battery_figures.h"
 #include "report/html_text.h"
 #include "report/report_charts.h"
 #include "report/report_style.h"
@@ -130,7 +130,7 @@ private:
                cssName(verdict) + "\">" + verdict + "</span></h3>\n";
         std::string log, charge;
         for (const auto &entry : record.entries) {
-            const bool isCharge = entry.text.find("_BATTERY_CHARGE") != std::string::npos;
+            const bool isCharge = isChargeLine(entry.text);
             (isCharge ? charge : log) += "<li>" + english(entry.text) + "</li>";
         }
         if (!log.empty()) out += "<ul class=\"log\">" + log + "</ul>\n";

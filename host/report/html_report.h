@@ -5,9 +5,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "history/history_entry.h"
 #include "language.h"
-#include "run_record.h"
+#include "model/history_entry.h"
+#include "model/run_record.h"
 
 // Everything one run of the host shows in its HTML report.
 struct ReportInput {
@@ -16,7 +16,7 @@ struct ReportInput {
     std::string machine;
     std::string path; // "smart" or "generic"
     std::string date;
-    nlohmann::json batteries; // as report::batteries gives them
+    nlohmann::json batteries; // as json_report::batteries gives them
     std::vector<RunRecord> runs;
     // Each battery's history, in the order battery_figures::of gives them;
     // empty with a note when no history is kept.

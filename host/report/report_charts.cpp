@@ -4,15 +4,15 @@
 #include <cmath>
 #include <cstdio>
 
-#include "diagnostics/expected_capacity.h"
+#include "battery_rules/charge_change.h"
+#include "battery_rules/expected_capacity.h"
+#include "battery_rules/identifiers.h"
+#include "module_queries.h"
 #include "report/svg_chart.h"
 
 namespace report_charts {
 
 namespace {
-
-constexpr const char *kDischargeTest = "12.2.2";
-constexpr double kSmallestChange = 0.5; // percentage points the charge must move
 
 double minutes(const MachineSample &sample, const MachineSample &first) {
     return (sample.atMs - first.atMs) / 60000.0;
@@ -83,15 +83,16 @@ std::string healthChart(const HealthPlacement &placement, const std::string &tit
 }
 
 bool isExtended(const RunRecord &record) {
-    return record.testId.rfind("12.2.", 0) == 0;
+    return module_queries::isExtendedTest(record.testId);
 }
 
 std::string chargeChart(const RunRecord &record) {
     if (record.samples.size() < 2) return "";
     const MachineSample &first = record.samples.front();
     const MachineSample &last = record.samples.back();
-    const bool discharge = record.testId == kDischargeTest;
-    const double threshold = first.chargePercent + (discharge ? -kSmallestChange : kSmallestChange);
+    const bool discharge = record.testId == module_queries::idText(ID_DISCHARGE_TEST);
+    const double change = charge_change::kLeastPoints;
+    const double threshold = first.chargePercent + (discharge ? -change : change);
     double low = threshold, high = threshold;
     SvgChart::Points charge;
     for (const MachineSample &sample : record.samples) {

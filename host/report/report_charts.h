@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "battery_module/test_result_code.h"
-#include "history/history_entry.h"
-#include "report/battery_figures.h"
-#include "run_record.h"
+#include "model/battery_figures.h"
+#include "model/history_entry.h"
+#include "model/run_record.h"
 
 // The report's charts, each one SVG element.
 namespace report_charts {

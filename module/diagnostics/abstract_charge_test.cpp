@@ -4,8 +4,9 @@
 
 #include "battery_module/execution_context.h"
 #include "battery_module/input_request.h"
+#include "battery_rules/charge_change.h"
+#include "battery_rules/identifiers.h"
 #include "diagnostics/charge_report.h"
-#include "frame/identifiers.h"
 #include "frame/keys.h"
 #include "generic_battery/generic_battery_component.h"
 #include "generic_battery/generic_battery_component_manager.h"
@@ -273,8 +274,7 @@ TestResultCode AbstractChargeTest::refuseStart(ExecutionContext *context, const 
 }
 
 TestResultCode AbstractChargeTest::judgeChange(ExecutionContext *context, double change) {
-    constexpr double kLeastChange = 0.5;
-    if (change > kLeastChange) return ResultSuccess;
+    if (change > charge_change::kLeastPoints) return ResultSuccess;
     note(context, failureMessage, 2);
     tell(context, 100, failureMessage);
     return ResultFailed;

@@ -3,14 +3,13 @@
 #include <locale>
 #include <sstream>
 
+#include "battery_rules/healthy_ratio.h"
 #include "diagnostics/charge_report.h"
 #include "diagnostics/quick_test_checks.h"
 #include "frame/keys.h"
 #include "generic_battery/generic_battery_component.h"
 
 namespace {
-constexpr double kLowestHealthyRatio = 0.5;
-
 std::string relativeCapacityText(double ratio) {
     std::ostringstream text;
     text.imbue(std::locale::classic());
@@ -56,7 +55,7 @@ TestResultCode BatteryHealthTest::evaluateCapacities(ExecutionContext *context) 
         if (battery.designCapacity == 0 || battery.fullChargeCapacity == 0) continue;
         const double ratio = static_cast<double>(battery.fullChargeCapacity) /
                              static_cast<double>(battery.designCapacity);
-        if (ratio < kLowestHealthyRatio) {
+        if (ratio < healthy_ratio::kGenericLowest) {
             const std::string text = relativeCapacityText(ratio);
             context->getUserChannel()->updateProgress(100, text);
             context->getResultLog()->addEntry(text, 0, 0);

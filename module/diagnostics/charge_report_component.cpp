@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/identifiers.h"
+#include "battery_rules/identifiers.h"
 #include "generic_battery/generic_battery_component.h"
 #include "generic_battery/generic_battery_component_manager.h"
 #include "smart_battery/smart_battery_component.h"

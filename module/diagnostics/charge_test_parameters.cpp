@@ -15,7 +15,6 @@ constexpr int32_t kDefaultMinutes = 10;
 constexpr uint32_t kNumberType = 2;
 constexpr uint32_t kBadValue = 1;
 constexpr uint32_t kUnknownKey = 2;
-constexpr const char *kExecutionFlow = "execution_flow";
 
 bool isGoodDuration(const std::string &text, int32_t &minutes) {
     // Anything but plain digits is refused, so a sign, a blank or a decimal
@@ -68,7 +67,7 @@ std::vector<TestParameter> AbstractChargeTest::getParameterDefinitions(void *, v
 void AbstractChargeTest::setParameter(TestParameter parameter) {
     const auto flow =
         std::find_if(parameters.begin(), parameters.end(),
-                     [](const TestParameter &held) { return held.key == kExecutionFlow; });
+                     [](const TestParameter &held) { return held.key == keys::EXECUTION_FLOW; });
     if (flow != parameters.end()) parameters.erase(flow);
     parameters.push_back(std::move(parameter));
 }

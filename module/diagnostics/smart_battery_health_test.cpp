@@ -1,6 +1,6 @@
 #include "diagnostics/smart_battery_health_test.h"
 
-#include "diagnostics/expected_capacity.h"
+#include "battery_rules/expected_capacity.h"
 #include "diagnostics/smart_quick_run.h"
 #include "frame/keys.h"
 #include "smart_battery/smart_battery_component.h"

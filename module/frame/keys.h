@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "battery_rules/host_keys.h"
+
 // Message keys: texts handed to the host as they stand (full stops, colons
 // and "_|" included). The host turns them into display text. They are
 // constant-initialised literals, so no static-initialisation order applies.
@@ -36,11 +38,10 @@ inline constexpr const char *PLEASE_RECHARGE = "PLEASE_RECHARGE_THE_BATTERY_AND_
 inline constexpr const char *PLEASE_DISCHARGE = "PLEASE_DISCHARGE_THE_BATTERY_AND_TRY_AGAIN.";
 inline constexpr const char *ABORTED_AC_PLUGGED =
     "THE_TEST_WAS_ABORTED_BECAUSE_THE_AC_CABLE_IS_PLUGGED";
-inline constexpr const char *PLEASE_UNPLUG_AC =
-    "PLEASE_UNPLUG_THE_AC_CABLE_BEFORE_PROCEDING_TO_THE_TEST";
 inline constexpr const char *ABORTED_AC_UNPLUGGED =
     "THE_TEST_WAS_ABORTED_BECAUSE_THE_AC_CABLE_IS_UNPLUGGED";
-inline constexpr const char *PLEASE_PLUG_AC = "PLEASE_PLUG_THE_AC_CABLE_BEFORE_PROCEDING_TO_THE_TEST";
+inline constexpr const char *PLEASE_PLUG_AC =
+    "PLEASE_PLUG_THE_AC_CABLE_BEFORE_PROCEDING_TO_THE_TEST";
 inline constexpr const char *INTERNAL_ERROR =
     "AN_INTERNAL_ERROR_OCCURRED._|THIS_DOES_NOT_INDICATE_A_FAILURE._|PLEASE_TRY_AGAIN.";
 inline constexpr const char *BATTERY_NOT_ACTIVE =
@@ -58,9 +59,6 @@ inline constexpr const char *DEVICE_NOT_IDENTIFIED =
 inline constexpr const char *CHARGE_NOT_CALCULATED =
     "THIS_TEST_CANNOT_BE_PERFORMED_BECAUSE_THE_REMAINING_CHARGE_COULD_NOT_BE_CALCULATED";
 inline constexpr const char *DEVICE_COMMUNICATION_FAILURE = "DEVICE_COMMUNICATION_FAILURE";
-inline constexpr const char *TOTAL_BATTERY_CHARGE = "TOTAL_BATTERY_CHARGE";
-inline constexpr const char *INITIAL_BATTERY_CHARGE = "INITIAL_BATTERY_CHARGE";
-inline constexpr const char *FINAL_BATTERY_CHARGE = "FINAL_BATTERY_CHARGE";
 inline constexpr const char *POSSIBLE_DEFECTIVE_COMPONENTS = "POSSIBLE_DEFECTIVE_COMPONENTS";
 inline constexpr const char *WINDOWS_POLICY_WARNING = "WINDOWS_POLICY_WARNING";
 inline constexpr const char *INPUT_TYPE_NOT_RECOGNIZED =
@@ -71,7 +69,6 @@ inline constexpr const char *ABORTED_SYSTEM_EVENT =
     "TEST_ABORTED_BECAUSE_A_SYSTEM_EVENT_THAT_COULD_COMPROMISE_THE_OUTCOME_HAS_HAPPENED";
 
 // Test parameters.
-inline constexpr const char *DURATION = "DURATION";
 inline constexpr const char *DURATION_MINUTES = "DURATION_(MINUTES)";
 inline constexpr const char *INVALID_DURATION_PARAMETER = "INVALID_DURATION_PARAMETER";
 inline constexpr const char *DURATION_DESCRIPTION = "DEFINES_THE_TEST_DURATION_IN_MINUTES.";
@@ -83,15 +80,8 @@ inline constexpr const char *DURATION_RANGE = "[5:20]";
 inline constexpr const char *BATTERY = "BATTERY";
 inline constexpr const char *MAIN_BATTERY = "MAIN_BATTERY";
 inline constexpr const char *SECONDARY_BATTERY = "SECONDARY_BATTERY";
-inline constexpr const char *NAME = "NAME";
-inline constexpr const char *MANUFACTURER = "MANUFACTURER";
-inline constexpr const char *SERIAL_NUMBER = "SERIAL_NUMBER";
 inline constexpr const char *CHEMISTRY = "CHEMISTRY";
-inline constexpr const char *DESIGN_CAPACITY = "DESIGN_CAPACITY";
-inline constexpr const char *FULL_CHARGE_CAPACITY = "FULL_CHARGE_CAPACITY";
 inline constexpr const char *DESIGN_VOLTAGE = "DESIGN_VOLTAGE";
-inline constexpr const char *CYCLE_COUNT = "CYCLE_COUNT";
-inline constexpr const char *TEMPERATURE = "TEMPERATURE";
 inline constexpr const char *RELATIVE_CAPACITY = "RELATIVE_CAPACITY";
 inline constexpr const char *DRIVER_VERSION = "DRIVER_VERSION";
 inline constexpr const char *NOT_AVAILABLE = "NOT_AVAILABLE";
@@ -140,9 +130,9 @@ inline constexpr const char *BAT_PREFIX = "BAT";
 inline constexpr const char *AC_ADAPTER = "AC_ADAPTER";
 
 // Two-letter component codes; this module is "BA".
-inline constexpr const char *COMPONENT_CODES[] = {
-    "BA", "ME", "HD", "MB", "OD", "WF", "PE", "RD", "VC", "DI", "MO", "KB",
-    "FN", "CP", "WE", "AU", "SE", "CA", "TS", "AC", "MD", "FP", "BT", "TD"};
+inline constexpr const char *COMPONENT_CODES[] = {"BA", "ME", "HD", "MB", "OD", "WF", "PE", "RD",
+                                                  "VC", "DI", "MO", "KB", "FN", "CP", "WE", "AU",
+                                                  "SE", "CA", "TS", "AC", "MD", "FP", "BT", "TD"};
 
 // Every key that the module can hand to a host as text (a log entry, a
 // progress text, a name, a property key or value). Composed lines such as the

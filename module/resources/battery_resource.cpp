@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "frame/identifiers.h"
+#include "battery_rules/identifiers.h"
 #include "frame/keys.h"
 
 namespace {

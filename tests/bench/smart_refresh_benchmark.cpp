@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "battery_rules/identifiers.h"
 #include "emulator/notebook.h"
-#include "frame/identifiers.h"
 #include "frame/path_builders.h"
 #include "smart_battery/smart_battery_component_manager.h"
 

@@ -1,25 +1,28 @@
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "battery_module/module_exports.h"
-#include "support/shared_library.h"
+#include "module_library.h"
 
-// The module library opened at run time and its three exports, exactly as a
-// host built from the public headers reaches them.
+// The module library opened at run time by the host's own loader, and its
+// three exports, exactly as a host built from the public headers reaches
+// them. Its instance is released when the test is done with it.
 class LoadedModule {
 public:
-    LoadedModule() : library_(BATTERY_MODULE_PATH) {
-        if (!library_.opened()) {
-            ADD_FAILURE() << library_.error();
+    LoadedModule() {
+        std::string error;
+        library_ = ModuleLibrary::load(BATTERY_MODULE_PATH, error);
+        if (!library_) {
+            ADD_FAILURE() << error;
             return;
         }
-        getInterface = reinterpret_cast<GetModuleInterfaceInstanceFn>(
-            library_.symbol(battery_module::kGetModuleInterfaceInstance));
-        getVersion = reinterpret_cast<GetProductVersionFn>(
-            library_.symbol(battery_module::kGetProductVersion));
-        release = reinterpret_cast<ReleaseModuleInterfaceInstanceFn>(
-            library_.symbol(battery_module::kReleaseModuleInterfaceInstance));
+        getInterface = library_->getInterface;
+        getVersion = library_->getVersion;
+        release = library_->releaseInterface;
     }
     ~LoadedModule() {
         if (release != nullptr) release();
@@ -27,12 +30,12 @@ public:
     LoadedModule(const LoadedModule &) = delete;
     LoadedModule &operator=(const LoadedModule &) = delete;
 
-    bool ok() const { return getInterface && getVersion && release; }
+    bool ok() const { return library_ != nullptr; }
 
     GetModuleInterfaceInstanceFn getInterface = nullptr;
     GetProductVersionFn getVersion = nullptr;
     ReleaseModuleInterfaceInstanceFn release = nullptr;
 
 private:
-    SharedLibrary library_;
+    std::unique_ptr<ModuleLibrary> library_;
 };

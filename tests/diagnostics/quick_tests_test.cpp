@@ -3,11 +3,11 @@
 #include <functional>
 #include <memory>
 
+#include "battery_rules/identifiers.h"
 #include "diagnostics/battery_health_test.h"
 #include "diagnostics/smart_battery_health_test.h"
 #include "diagnostics/temperature_test.h"
 #include "emulator/notebook.h"
-#include "frame/identifiers.h"
 #include "frame/keys.h"
 #include "frame/test_with_device_hint.h"
 #include "generic_battery/generic_battery_component_manager.h"

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <set>
 
-#include "frame/identifiers.h"
+#include "battery_rules/identifiers.h"
 #include "frame/keys.h"
 
 TEST(EntityId, CompositeAloneDecidesEqualityAndOrder) {
@@ -25,9 +25,9 @@ TEST(EntityId, IdentifierConstantsHaveTheirComposites) {
         uint64_t composite;
     };
     const Row rows[] = {
-        {ID_BATTERY_MODULE, 0x000C000000000000}, {ID_BATTERY_MANAGER, 0x000C000000000000},
+        {ID_BATTERY_MODULE, 0x000C000000000000},   {ID_BATTERY_MANAGER, 0x000C000000000000},
         {ID_QUICK_DIAGNOSTIC, 0x000C000001000000}, {ID_EXTENDED_DIAGNOSTIC, 0x000C000002000000},
-        {ID_HEALTH_TEST, 0x000C000001000001}, {ID_SMART_HEALTH_TEST, 0x000C000001000001},
+        {ID_HEALTH_TEST, 0x000C000001000001},      {ID_SMART_HEALTH_TEST, 0x000C000001000001},
         {ID_TEMPERATURE_TEST, 0x000C000001000004}, {ID_DISCHARGE_TEST, 0x000C000002000002},
         {ID_CHARGE_TEST, 0x000C000002000003},
     };

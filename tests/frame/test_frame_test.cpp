@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "battery_module/diagnostic.h"
+#include "battery_rules/identifiers.h"
 #include "frame/battery_module_interface.h"
-#include "frame/identifiers.h"
 #include "frame/keys.h"
 #include "frame/test_with_device_hint.h"
 #include "support/recording_host.h"

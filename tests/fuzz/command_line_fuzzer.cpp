@@ -11,7 +11,7 @@
 #include "command_line.h"
 #include "fuzz/fuzz_module.h"
 #include "host_options.h"
-#include "module_session.h"
+#include "module_queries.h"
 #include "run_plan.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {

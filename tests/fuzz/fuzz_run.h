@@ -6,9 +6,9 @@
 #include "battery_module/module_interface.h"
 #include "battery_module/system_component.h"
 #include "battery_module/test.h"
+#include "battery_rules/identifiers.h"
 #include "emulator/notebook.h"
 #include "frame/assembly.h"
-#include "frame/identifiers.h"
 #include "support/recording_host.h"
 
 // Assembles the module on the notebook as it now is, reads every battery's

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <ctime>
 #include <regex>
 #include <sstream>
@@ -8,7 +9,15 @@
 
 #include <nlohmann/json.hpp>
 
+#include "battery_rules/expected_capacity.h"
+#include "battery_rules/identifiers.h"
+#include "diagnostics/smart_battery_health_test.h"
 #include "host/host_outputs_support.h"
+#include "model/battery_figures.h"
+#include "report/report_charts.h"
+#include "smart_battery/smart_battery_component.h"
+#include "support/scenario.h"
+#include "support/test_name.h"
 
 // The health chart against the module's own verdict, and the fleet metrics
 // against promtool.
@@ -38,18 +47,28 @@ bool inside(const std::vector<Point> &polygon, Point point) {
     return in;
 }
 
-// The regions of the page's health chart that hold the battery's point.
+// The text of attribute `name` in the element that starts at `at`.
+std::string attribute(const std::string &page, size_t at, const std::string &name) {
+    const size_t end = page.find('>', at);
+    const size_t start = page.find(" " + name + "=\"", at);
+    if (start == std::string::npos || start > end) return "";
+    const size_t value = start + name.size() + 3;
+    return page.substr(value, page.find('"', value) - value);
+}
+
+// The regions of the health chart on a page that hold the battery's point.
 std::vector<std::string> regionsHolding(const std::string &page) {
-    std::smatch marker;
-    const std::regex markerPattern("<circle class=\"marker battery \\w+\" cx=\"([0-9.]+)\" "
-                                   "cy=\"([0-9.]+)\"");
-    if (!std::regex_search(page, marker, markerPattern)) return {"no point"};
-    const Point point{std::stod(marker[1]), std::stod(marker[2])};
+    const size_t marker = page.find("<circle class=\"marker battery ");
+    if (marker == std::string::npos) return {"no point"};
+    const Point point{std::stod(attribute(page, marker, "cx")),
+                      std::stod(attribute(page, marker, "cy"))};
     std::vector<std::string> regions;
-    const std::regex regionPattern(
-        "<polygon class=\"region (\\w+)\" data-points=\"\\d+\" points=\"([^\"]*)\"");
-    for (std::sregex_iterator it(page.begin(), page.end(), regionPattern), end; it != end; ++it) {
-        if (inside(pointsOf((*it)[2]), point)) regions.push_back((*it)[1]);
+    const std::string region = "<polygon class=\"region ";
+    for (size_t at = page.find(region); at != std::string::npos; at = page.find(region, at + 1)) {
+        const size_t name = at + region.size();
+        if (inside(pointsOf(attribute(page, at, "points")), point)) {
+            regions.push_back(page.substr(name, page.find('"', name) - name));
+        }
     }
     return regions;
 }
@@ -84,6 +103,76 @@ INSTANTIATE_TEST_SUITE_P(Scenarios, HealthChart,
                              name.erase(std::remove(name.begin(), name.end(), '-'), name.end());
                              return name;
                          });
+
+namespace {
+
+// Batteries along the curve, one for each cycle scale from 1 to 250: on the
+// n-th scale the battery has firstAge + n - 1 cycles. Its full-charge
+// capacity lies `offset` off the expected capacity for its age, or is
+// `ratio` of its design capacity.
+struct AgeRow {
+    const char *what;
+    uint32_t firstAge;
+    double offset;
+    double ratio;
+};
+
+class HealthChartOnEveryScale : public ::testing::TestWithParam<AgeRow> {};
+
+// A smart battery in mAh of 10000 mAh design capacity, as the module lists it.
+std::string smartBattery(uint32_t full, uint32_t cycles, uint32_t scale) {
+    return R"({"name": "h", "controller": {"present": true},
+        "batteries": [{"slot": 0, "serialNumber": 4711, "capacityUnit": "mAh",
+                       "designVoltage_mV": 11400, "designCapacity": 10000, "fullChargeCapacity": )" +
+           std::to_string(full) + ", \"cycleCount\": " + std::to_string(cycles) +
+           ", \"cycleScale\": " + std::to_string(scale) + "}]}";
+}
+
+// The host's figures of a component, from its properties as the host lists
+// them.
+std::vector<BatteryFigures> figuresOf(SystemComponent &component) {
+    nlohmann::json properties = nlohmann::json::array();
+    for (const ComponentProperty &property : component.getInfo().properties) {
+        properties.push_back({{"key", property.key}, {"value", property.value}});
+    }
+    return battery_figures::of(nlohmann::json::array(
+        {{{"device", "0"}, {"properties", properties}, {"groups", nlohmann::json::array()}}}));
+}
+
+} // namespace
+
+// The host never sees a battery's cycle scale: the chart and the module's
+// verdict agree on every scale the module may meet below its smallest.
+TEST_P(HealthChartOnEveryScale, PutsTheBatteryInTheRegionOfTheModulesVerdict) {
+    const AgeRow &row = GetParam();
+    for (uint32_t scale = 1; scale <= 250; ++scale) {
+        const uint32_t cycles = row.firstAge + scale - 1;
+        const double ratio =
+            row.ratio > 0 ? row.ratio : expected_capacity::relativeCapacity(cycles) + row.offset;
+        useScenarioText(
+            smartBattery(static_cast<uint32_t>(std::lround(ratio * 10000)), cycles, scale));
+        SmartBatteryComponent battery(true);
+        battery.buildProperties();
+        const TestResultCode verdict =
+            SmartBatteryHealthTest(ID_SMART_HEALTH_TEST).evaluateCapacity(&battery);
+        const std::vector<BatteryFigures> figures = figuresOf(battery);
+        ASSERT_EQ(figures.size(), 1u);
+        const auto placement = report_charts::healthPlacement(figures[0]);
+        ASSERT_TRUE(placement.has_value()) << "scale " << scale;
+        EXPECT_EQ(regionsHolding(report_charts::healthChart(*placement, "health")),
+                  std::vector<std::string>{regionFor(verdict)})
+            << "scale " << scale << ", " << cycles << " cycles, ratio " << ratio;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, HealthChartOnEveryScale,
+                         ::testing::Values(AgeRow{"young just above the curve", 1, 0.002, 0},
+                                           AgeRow{"young just below the curve", 1, -0.002, 0},
+                                           AgeRow{"old just above the curve", 201, 0.002, 0},
+                                           AgeRow{"old just below the curve", 201, -0.002, 0},
+                                           AgeRow{"old just above half", 201, 0, 0.502},
+                                           AgeRow{"old just below half", 201, 0, 0.498}),
+                         NameBy<&AgeRow::what>());
 
 // Only battery 1 is tested: both batteries' figures are exported, the
 // results of battery 1 alone.

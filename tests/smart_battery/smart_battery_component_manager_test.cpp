@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/identifiers.h"
+#include "battery_rules/identifiers.h"
 #include "frame/path_builders.h"
 #include "smart_battery/smart_battery_component.h"
 #include "smart_battery/smart_battery_component_manager.h"

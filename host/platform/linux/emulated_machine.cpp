@@ -1,4 +1,4 @@
-#include "machine.h"
+#include "host_machine.h"
 #include "machines.h"
 
 #include "emulator/notebook.h"
@@ -18,7 +18,7 @@ const char *schemeName(emulator::PowerScheme scheme) {
     }
 }
 
-class EmulatedMachine : public Machine {
+class EmulatedMachine : public HostMachine {
 public:
     std::string selectScenario(const std::string &nameOrPath) override {
         const emulator::LoadResult result = notebook().load(nameOrPath);
@@ -82,7 +82,7 @@ private:
 
 } // namespace
 
-Machine &emulatedMachine() {
+HostMachine &emulatedMachine() {
     static EmulatedMachine machine;
     return machine;
 }

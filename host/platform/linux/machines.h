@@ -1,7 +1,7 @@
 #pragma once
 
-#include "machine.h"
+#include "host_machine.h"
 
 // The two machines of the Linux host.
-Machine &emulatedMachine();
-Machine &thisComputer();
+HostMachine &emulatedMachine();
+HostMachine &thisComputer();

@@ -3,38 +3,47 @@
 #include <optional>
 
 #include "machine_settings/backlight.h"
+#include "machine_settings/power_profile.h"
 #include "platform_layer/this_machine.h"
-#include "settings_journal.h"
+#include "real_computer.h"
+#include "restore_journal.h"
 
 namespace {
+
+// Where the backlight and the profile are read and set, for the report.
+nlohmann::json settingsSources() {
+    nlohmann::json found = {{"backlight", nullptr}, {"powerProfile", nullptr}};
+    if (const std::optional<machine_settings::Backlight> backlight =
+            machine_settings::Backlight::find()) {
+        found["backlight"] = {
+            {"device", backlight->name()},
+            {"type", backlight->type()},
+            {"writtenThrough",
+             backlight->route() == machine_settings::Backlight::Route::File ? "sysfs" : "logind"}};
+    }
+    if (const std::unique_ptr<machine_settings::PowerProfile> profile =
+            machine_settings::PowerProfile::find()) {
+        found["powerProfile"] = profile->source();
+    }
+    return found;
+}
 
 // The Linux computer the host runs on, through the platform layer. The
 // person moves the AC cable; the host keeps a journal of the display level
 // and power profile an extended test changes, until they are back.
-class ThisComputer : public Machine {
+class ThisComputer : public RealComputer {
 public:
-    std::string selectScenario(const std::string &nameOrPath) override {
-        return "scenario '" + nameOrPath + "': scenarios exist only on the emulated notebook";
-    }
     std::string describe() override { return "this-machine"; }
     void setTimeScale(double scale) override { platform_layer::setThisMachineTimeScale(scale); }
-    std::vector<std::pair<std::string, std::string>> scenarioList() override { return {}; }
-    uint32_t systemEvents() override { return 0; }
-    bool stopRequested() override { return false; }
-    void setAcCable(bool) override {}
-    bool controlsAcCable() override { return false; }
-    bool userIgnoresPrompts() override { return false; }
     nlohmann::json state() override {
-        nlohmann::json found = settings_journal::sources();
+        nlohmann::json found = settingsSources();
         platform_layer::SystemPower power;
         if (platform_layer::thisMachine().systemPower(&power) == 0) found["ac"] = power.acOnLine;
         return found;
     }
-    std::vector<std::string> putBackWhatARunLeft() override {
-        return settings_journal::replayLeft();
-    }
-    bool recordSettings(std::string &error) override { return settings_journal::record(error); }
-    void settingsPutBack() override { settings_journal::close(); }
+    std::vector<std::string> putBackWhatARunLeft() override { return RestoreJournal::replayLeft(); }
+    bool recordSettings(std::string &error) override { return RestoreJournal::record(error); }
+    void settingsPutBack() override { RestoreJournal::close(); }
     // The battery figures, the display level and the power scheme as the
     // module's own calls see them, on the machine's (possibly scaled) clock.
     MachineSample sample() override {
@@ -73,11 +82,11 @@ private:
     std::optional<uint32_t> startTick_;
 };
 
-Machine *chosen = nullptr;
+HostMachine *chosen = nullptr;
 
 } // namespace
 
-Machine &thisComputer() {
+HostMachine &thisComputer() {
     static ThisComputer machine;
     return machine;
 }
@@ -87,6 +96,6 @@ void useThisMachine() {
     chosen = &thisComputer();
 }
 
-Machine &currentMachine() {
+HostMachine &currentHostMachine() {
     return chosen != nullptr ? *chosen : emulatedMachine();
 }

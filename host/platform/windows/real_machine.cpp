@@ -1,4 +1,4 @@
-#include "machine.h"
+#include "real_computer.h"
 
 #include <chrono>
 
@@ -6,21 +6,11 @@
 
 namespace {
 
-// This computer: no scenarios, wall-clock time, and a person who plugs and
-// unplugs the cable when asked.
-class RealMachine : public Machine {
+// This computer, on wall-clock time.
+class RealMachine : public RealComputer {
 public:
-    std::string selectScenario(const std::string &nameOrPath) override {
-        return "scenario '" + nameOrPath + "': scenarios exist only on the emulated notebook";
-    }
     std::string describe() override { return "this computer"; }
     void setTimeScale(double) override {}
-    std::vector<std::pair<std::string, std::string>> scenarioList() override { return {}; }
-    uint32_t systemEvents() override { return 0; }
-    bool stopRequested() override { return false; }
-    void setAcCable(bool) override {}
-    bool controlsAcCable() override { return false; }
-    bool userIgnoresPrompts() override { return false; }
     nlohmann::json state() override { return nlohmann::json::object(); }
     // The system's own battery figures; the display level and the scheme's
     // name are not asked for.
@@ -47,7 +37,7 @@ private:
 // Windows answers from this computer already.
 void useThisMachine() {}
 
-Machine &currentMachine() {
+HostMachine &currentHostMachine() {
     static RealMachine machine;
     return machine;
 }

@@ -1,6 +1,8 @@
-#include "report/battery_figures.h"
+#include "model/battery_figures.h"
 
 #include <cstdlib>
+
+#include "battery_rules/host_keys.h"
 
 std::optional<double> BatteryFigures::healthRatio() const {
     if (!designWh || !fullChargeWh || *designWh <= 0) return std::nullopt;
@@ -34,7 +36,8 @@ namespace {
 bool isBattery(const nlohmann::json &properties) {
     for (const auto &property : properties) {
         const std::string key = property.value("key", "");
-        if (key == "DESIGN_CAPACITY" || key == "FULL_CHARGE_CAPACITY" || key == "SERIAL_NUMBER")
+        if (key == keys::DESIGN_CAPACITY || key == keys::FULL_CHARGE_CAPACITY ||
+            key == keys::SERIAL_NUMBER)
             return true;
     }
     return false;
@@ -46,13 +49,13 @@ BatteryFigures figuresOf(const std::string &device, const nlohmann::json &proper
     for (const auto &property : properties) {
         const std::string key = property.value("key", "");
         const std::string value = property.value("value", "");
-        if (key == "MANUFACTURER") figures.manufacturer = value;
-        if (key == "NAME") figures.name = value;
-        if (key == "SERIAL_NUMBER") figures.serial = value;
-        if (key == "DESIGN_CAPACITY") figures.designWh = numberIn(value, "Wh");
-        if (key == "FULL_CHARGE_CAPACITY") figures.fullChargeWh = numberIn(value, "Wh");
-        if (key == "CYCLE_COUNT") figures.cycleCount = numberIn(value, "");
-        if (key == "TEMPERATURE") figures.temperatureC = numberIn(value, "°C");
+        if (key == keys::MANUFACTURER) figures.manufacturer = value;
+        if (key == keys::NAME) figures.name = value;
+        if (key == keys::SERIAL_NUMBER) figures.serial = value;
+        if (key == keys::DESIGN_CAPACITY) figures.designWh = numberIn(value, "Wh");
+        if (key == keys::FULL_CHARGE_CAPACITY) figures.fullChargeWh = numberIn(value, "Wh");
+        if (key == keys::CYCLE_COUNT) figures.cycleCount = numberIn(value, "");
+        if (key == keys::TEMPERATURE) figures.temperatureC = numberIn(value, "°C");
     }
     return figures;
 }

@@ -1,16 +1,24 @@
-#include "settings_journal.h"
+#include "restore_journal.h"
 
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
-#include <optional>
+#include <sstream>
 
-#include "machine_settings/backlight.h"
-#include "machine_settings/power_profile.h"
+#include "atomic_file.h"
 #include "machine_settings/settings_snapshot.h"
-#include "restore_journal.h"
 
 namespace {
+constexpr const char *kFolder = "battery_host";
+constexpr const char *kFile = "restore.json";
+
+std::string variable(const char *name) {
+    const char *value = std::getenv(name);
+    return value == nullptr ? std::string() : std::string(value);
+}
 
 nlohmann::json toJson(const machine_settings::SettingsSnapshot &snapshot) {
     nlohmann::json entries = nlohmann::json::object();
@@ -58,22 +66,22 @@ std::optional<long> livingWriter(const nlohmann::json &entries) {
 
 } // namespace
 
-std::vector<std::string> settings_journal::replayLeft() {
+std::vector<std::string> RestoreJournal::replayLeft() {
     std::string error;
-    const std::optional<nlohmann::json> entries = RestoreJournal::read(error);
+    const std::optional<nlohmann::json> entries = read(error);
     if (!entries) return error.empty() ? std::vector<std::string>() : std::vector{error};
     if (livingWriter(*entries)) return {};
     std::vector<std::string> lines = {"a run ended before it could put this machine back"};
     const std::vector<std::string> done = machine_settings::putBack(fromJson(*entries));
     lines.insert(lines.end(), done.begin(), done.end());
     if (done.empty()) lines.push_back("the machine was already as the journal recorded it");
-    RestoreJournal::remove();
+    remove();
     return lines;
 }
 
-bool settings_journal::record(std::string &error) {
+bool RestoreJournal::record(std::string &error) {
     std::string readError;
-    if (const std::optional<nlohmann::json> left = RestoreJournal::read(readError)) {
+    if (const std::optional<nlohmann::json> left = read(readError)) {
         if (const std::optional<long> writer = livingWriter(*left)) {
             error = "another battery_host (process " + std::to_string(*writer) +
                     ") is running an extended test on this machine";
@@ -82,26 +90,52 @@ bool settings_journal::record(std::string &error) {
     }
     nlohmann::json entries = toJson(machine_settings::takeSnapshot());
     entries["pid"] = static_cast<long>(getpid());
-    return RestoreJournal::write(entries, error);
+    return write(entries, error);
 }
 
-void settings_journal::close() {
-    RestoreJournal::remove();
+void RestoreJournal::close() {
+    remove();
 }
 
-nlohmann::json settings_journal::sources() {
-    nlohmann::json found = {{"backlight", nullptr}, {"powerProfile", nullptr}};
-    if (const std::optional<machine_settings::Backlight> backlight =
-            machine_settings::Backlight::find()) {
-        found["backlight"] = {
-            {"device", backlight->name()},
-            {"type", backlight->type()},
-            {"writtenThrough",
-             backlight->route() == machine_settings::Backlight::Route::File ? "sysfs" : "logind"}};
+std::string RestoreJournal::path() {
+    std::string state = variable("XDG_STATE_HOME");
+    // The base directory rules ignore a relative path.
+    if (state.empty() || state[0] != '/') {
+        const std::string home = variable("HOME");
+        if (home.empty()) return {};
+        state = home + "/.local/state";
     }
-    if (const std::unique_ptr<machine_settings::PowerProfile> profile =
-            machine_settings::PowerProfile::find()) {
-        found["powerProfile"] = profile->source();
+    return state + "/" + kFolder + "/" + kFile;
+}
+
+bool RestoreJournal::write(const nlohmann::json &entries, std::string &error) {
+    const std::string file = path();
+    if (file.empty()) {
+        error = "no state folder: neither XDG_STATE_HOME nor HOME is set";
+        return false;
     }
-    return found;
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(file).parent_path(), ignored);
+    error = writeFileAtomically(file, entries.dump(2) + '\n');
+    return error.empty();
+}
+
+std::optional<nlohmann::json> RestoreJournal::read(std::string &error) {
+    const std::string file = path();
+    if (file.empty()) return std::nullopt;
+    std::ifstream in(file);
+    if (!in) return std::nullopt;
+    std::stringstream text;
+    text << in.rdbuf();
+    nlohmann::json entries = nlohmann::json::parse(text.str(), nullptr, false);
+    if (entries.is_discarded() || !entries.is_object()) {
+        error = file + " is not a journal this host wrote; it is left as it is";
+        return std::nullopt;
+    }
+    return entries;
+}
+
+void RestoreJournal::remove() {
+    const std::string file = path();
+    if (!file.empty()) std::remove(file.c_str());
 }

@@ -26,7 +26,7 @@ struct BatteryFigures {
 
 namespace battery_figures {
 
-// Each battery of the host's battery list (see report::batteries): a smart
+// Each battery of the host's battery list (see json_report::batteries): a smart
 // component is one battery; a generic component holds one per group.
 std::vector<BatteryFigures> of(const nlohmann::json &batteries);
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "report/battery_figures.h"
+#include "model/battery_figures.h"
 
 // One battery as one run of the host found it.
 struct HistoryEntry {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "battery_module/test_result_code.h"
-#include "machine.h"
+#include "model/machine_sample.h"
 
 // Everything one test run told the host, in order, for the report.
 struct RunRecord {
@@ -36,3 +36,6 @@ struct RunRecord {
 };
 
 const char *resultName(TestResultCode result);
+// The charge report's lines: the last texts a charge test logs before its
+// result.
+bool isChargeLine(const std::string &text);

@@ -1,4 +1,4 @@
-#include "diagnostics/expected_capacity.h"
+#include "battery_rules/expected_capacity.h"
 
 #include <cmath>
 

@@ -6,23 +6,18 @@
 
 #include <nlohmann/json.hpp>
 
-// What the host sees of the machine at one moment of a run, for the report's
-// charts. A display level of -1 is one the machine does not tell.
-struct MachineSample {
-    double atMs = 0;
-    double chargePercent = 0;
-    bool ac = false;
-    int displayLevel = -1;
-    std::string scheme;
-};
+#include "model/machine_sample.h"
 
-// The notebook the host runs on: on Linux the emulated one unless the
-// command line asks for this machine; on Windows the real one. The host chooses a scenario and the
-// pace of time through it, asks it for the events a run must see, and lets it carry out what a
-// prompt asks.
-class Machine {
+// The notebook the host runs on, as the host drives it around a run: on
+// Linux the emulated one unless the command line asks for this machine; on
+// Windows the real one. The host chooses a scenario and the pace of time
+// through it, asks it for the events a run must see, lets it carry out what a
+// prompt asks, and keeps and puts back the settings an extended run changes.
+// Not the platform layer's platform_layer::Machine, which answers the
+// module's Windows calls; on Linux a HostMachine chooses that one too.
+class HostMachine {
 public:
-    virtual ~Machine() = default;
+    virtual ~HostMachine() = default;
     // Empty on success, else one line naming the file and the field.
     virtual std::string selectScenario(const std::string &nameOrPath) = 0;
     // The scenario the machine's surroundings name when the command line
@@ -56,7 +51,7 @@ public:
     virtual MachineSample sample() = 0;
 };
 
-Machine &currentMachine();
+HostMachine &currentHostMachine();
 // Makes this computer the machine of the run and of the module's Windows
 // calls, in place of the emulated notebook where there is one.
 void useThisMachine();

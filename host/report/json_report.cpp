@@ -1,10 +1,10 @@
-#include "report.h"
+#include "report/json_report.h"
 
 #include "battery_module/system_component.h"
-#include "module_session.h"
+#include "module_queries.h"
 #include "run_plan.h"
 
-namespace report {
+namespace json_report {
 
 namespace {
 nlohmann::json properties(const std::vector<ComponentProperty> &list) {
@@ -15,23 +15,12 @@ nlohmann::json properties(const std::vector<ComponentProperty> &list) {
     return out;
 }
 
-// The charge report's lines: the last texts a test sends before its result.
-bool isChargeLine(const std::string &text) {
-    return text.rfind("TOTAL_BATTERY_CHARGE", 0) == 0 ||
-           text.rfind("INITIAL_BATTERY_CHARGE", 0) == 0 ||
-           text.rfind("FINAL_BATTERY_CHARGE", 0) == 0;
-}
 } // namespace
-
-nlohmann::json version(ProductVersion &version) {
-    return std::to_string(version.getMajor()) + "." + std::to_string(version.getMinor()) + "." +
-           std::to_string(version.getRevision()) + "." + std::to_string(version.getBuild());
-}
 
 nlohmann::json batteries(ModuleInterface &module) {
     nlohmann::json out = nlohmann::json::array();
     SystemComponentManager *manager = module.getComponentManager();
-    const bool smart = module_session::isSmartPath(module);
+    const bool smart = module_queries::isSmartPath(module);
     const uint64_t count = manager != nullptr ? manager->getComponentCount() : 0;
     for (uint32_t c = 0; c < count; ++c) {
         SystemComponent *component = manager->getComponent(c);
@@ -82,4 +71,16 @@ nlohmann::json runs(const std::vector<RunRecord> &records) {
     return out;
 }
 
-} // namespace report
+nlohmann::json document(const RunSummary &summary, int exitCode, int stoppedBy) {
+    nlohmann::json out = {{"host", summary.hostVersion},
+                          {"moduleVersion", summary.moduleVersion},
+                          {"path", summary.path},
+                          {"machine", summary.machine},
+                          {"batteries", summary.batteries},
+                          {"runs", runs(summary.records)},
+                          {"exitCode", exitCode}};
+    if (stoppedBy != 0) out["stoppedBy"] = stoppedBy;
+    return out;
+}
+
+} // namespace json_report
