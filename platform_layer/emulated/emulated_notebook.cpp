@@ -1,6 +1,8 @@
 // The emulated notebook behind the machine interface. The notebook knows
 // nothing of the layer; this file is the one that speaks to both.
 
+#include <windows.h>
+
 #include "emulator/instrumentation_service.h"
 #include "emulator/notebook.h"
 #include "platform_layer/machine.h"
@@ -8,9 +10,6 @@
 namespace platform_layer {
 
 namespace {
-
-constexpr uint32_t kGenFailure = 31;
-constexpr uint32_t kAccessDenied = 5;
 
 emulator::Notebook &notebook() {
     return emulator::Notebook::instance();
@@ -72,7 +71,7 @@ public:
 
     uint32_t systemPower(SystemPower *power) override {
         const emulator::PowerState &state = notebook().power();
-        if (state.faults.statusFails) return kGenFailure;
+        if (state.faults.statusFails) return ERROR_GEN_FAILURE;
         power->acOnLine = state.ac;
         power->acLineUnknown = state.faults.acLineUnknown;
         power->anyBattery = false;
@@ -84,13 +83,13 @@ public:
     }
     uint32_t activeScheme(PowerScheme *scheme) override {
         const emulator::PowerState &state = notebook().power();
-        if (state.faults.schemeQueryFails) return kAccessDenied;
+        if (state.faults.schemeQueryFails) return ERROR_ACCESS_DENIED;
         *scheme = static_cast<PowerScheme>(state.scheme);
         return 0;
     }
     uint32_t setActiveScheme(PowerScheme scheme) override {
         emulator::PowerState &state = notebook().power();
-        if (state.faults.schemeChangeFails) return kAccessDenied;
+        if (state.faults.schemeChangeFails) return ERROR_ACCESS_DENIED;
         state.scheme = static_cast<emulator::PowerScheme>(scheme);
         // Recorded by number: 0 high performance, 1 balanced, 2 power saver, 3 custom.
         state.changes.push_back(

@@ -33,7 +33,7 @@ HRESULT CoCreateInstance(REFCLSID clsid, LPUNKNOWN outer, DWORD context, REFIID 
         (context & CLSCTX_INPROC_SERVER) == 0) {
         return REGDB_E_CLASSNOTREG;
     }
-    if (outer != nullptr) return 0x80040110L /* CLASS_E_NOAGGREGATION */;
+    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     return win32_com::createLocator(iid, object);
 }
 

@@ -101,7 +101,7 @@ BOOL interfaceDetail(HDEVINFO handle, PSP_DEVICE_INTERFACE_DATA data, Detail *de
 const std::string &asNarrow(const std::string &text, std::string &out) {
     return out = text;
 }
-const std::u16string &asWide(const std::string &text, std::u16string &out) {
+const std::basic_string<WCHAR> &asWide(const std::string &text, std::basic_string<WCHAR> &out) {
     return out = win32::widen(text);
 }
 
@@ -175,7 +175,7 @@ BOOL SetupDiEnumDeviceInterfaces(HDEVINFO handle, PSP_DEVINFO_DATA, const GUID *
 BOOL SetupDiGetDeviceInterfaceDetailW(HDEVINFO handle, PSP_DEVICE_INTERFACE_DATA data,
                                       PSP_DEVICE_INTERFACE_DETAIL_DATA_W detail, DWORD detailSize,
                                       PDWORD requiredSize, PSP_DEVINFO_DATA device) {
-    return interfaceDetail<SP_DEVICE_INTERFACE_DETAIL_DATA_W, char16_t>(
+    return interfaceDetail<SP_DEVICE_INTERFACE_DETAIL_DATA_W, WCHAR>(
         handle, data, detail, detailSize, requiredSize, device, asWide);
 }
 

@@ -3,12 +3,13 @@
 
 #include <wbemidl.h>
 
-#include <cctype>
 #include <string>
 #include <vector>
 
 #include "com_objects.h"
+#include "ignoring_case.h"
 #include "platform_layer/machine.h"
+#include "wide_text.h"
 
 extern "C" {
 const CLSID CLSID_WbemLocator = {
@@ -30,23 +31,8 @@ using platform_layer::InstrumentationInstance;
 using platform_layer::InstrumentationValue;
 using platform_layer::LayerEvent;
 
-// Narrow text of a UTF-16 string; units beyond one byte become '?'.
-std::string narrow(const WCHAR *text) {
-    std::string result;
-    if (text == nullptr) return result;
-    for (; *text != 0; ++text) {
-        const auto unit = static_cast<uint16_t>(*text);
-        result.push_back(unit <= 0xFF ? static_cast<char>(unit) : '?');
-    }
-    return result;
-}
-
-std::basic_string<WCHAR> widen(const std::string &text) {
-    std::basic_string<WCHAR> result;
-    for (const char byte : text)
-        result.push_back(static_cast<WCHAR>(static_cast<unsigned char>(byte)));
-    return result;
-}
+using win32::narrow;
+using win32::widen;
 
 // Reference counting, interface lookup and the object count for tests.
 template <typename Interface> class ComObject : public Interface {
@@ -94,12 +80,7 @@ public:
         const std::string wanted = narrow(name);
         const InstrumentationValue *found = nullptr;
         for (const auto &property : row_) {
-            if (property.first.size() != wanted.size()) continue;
-            bool same = true;
-            for (size_t i = 0; i < wanted.size() && same; ++i)
-                same = std::tolower(static_cast<unsigned char>(wanted[i])) ==
-                       std::tolower(static_cast<unsigned char>(property.first[i]));
-            if (same) found = &property.second;
+            if (platform_layer::sameIgnoringCase(property.first, wanted)) found = &property.second;
         }
         if (found == nullptr) return WBEM_E_NOT_FOUND;
         if (value != nullptr) {

@@ -1,22 +1,15 @@
 #include "com_apartment.h"
 
-namespace platform_layer {
+#include <objbase.h>
 
-namespace {
-constexpr int32_t kOk = 0;
-constexpr int32_t kFalse = 1;
-constexpr int32_t kNotInitialized = static_cast<int32_t>(0x800401F0u);
-constexpr int32_t kChangedMode = static_cast<int32_t>(0x80010106u);
-constexpr int32_t kTooLate = static_cast<int32_t>(0x80010119u);
-constexpr uint32_t kApartmentThreaded = 0x2;
-} // namespace
+namespace platform_layer {
 
 int32_t ComApartment::initialize(uint32_t coInit) {
     std::lock_guard<std::mutex> lock(mutex_);
-    const bool multithreaded = (coInit & kApartmentThreaded) == 0;
-    if (startups_ > 0 && multithreaded != multithreaded_) return kChangedMode;
+    const bool multithreaded = (coInit & COINIT_APARTMENTTHREADED) == 0;
+    if (startups_ > 0 && multithreaded != multithreaded_) return RPC_E_CHANGED_MODE;
     multithreaded_ = multithreaded;
-    return startups_++ == 0 ? kOk : kFalse;
+    return startups_++ == 0 ? S_OK : S_FALSE;
 }
 
 void ComApartment::uninitialize() {
@@ -27,10 +20,10 @@ void ComApartment::uninitialize() {
 
 int32_t ComApartment::initializeSecurity() {
     std::lock_guard<std::mutex> lock(mutex_);
-    if (startups_ == 0) return kNotInitialized;
-    if (securitySet_) return kTooLate;
+    if (startups_ == 0) return CO_E_NOTINITIALIZED;
+    if (securitySet_) return RPC_E_TOO_LATE;
     securitySet_ = true;
-    return kOk;
+    return S_OK;
 }
 
 bool ComApartment::usable() {

@@ -6,6 +6,8 @@
 #include "platform_layer/this_machine.h"
 
 #include <sys/utsname.h>
+#include <wbemidl.h>
+#include <windows.h>
 
 #include <atomic>
 #include <chrono>
@@ -18,6 +20,7 @@
 #include "battery_device.h"
 #include "battery_records.h"
 #include "com_apartment.h"
+#include "ignoring_case.h"
 #include "machine_settings/settings_answers.h"
 #include "power_supply.h"
 #include "sysfs_reading.h"
@@ -27,14 +30,7 @@ namespace platform_layer {
 
 namespace {
 
-constexpr uint32_t kErrorFileNotFound = 2;
-constexpr uint32_t kErrorInvalidHandle = 6;
-constexpr uint32_t kErrorGenFailure = 31;
-constexpr uint32_t kErrorNotSupported = 50;
 constexpr uint32_t kPortRefused = 1;
-constexpr int32_t kInvalidQueryType = static_cast<int32_t>(0x80041018u);
-constexpr int32_t kInvalidClass = static_cast<int32_t>(0x80041010u);
-constexpr int32_t kInvalidQuery = static_cast<int32_t>(0x80041017u);
 
 // The display's device path, kept as a handle's supply name: no supply name
 // holds a backslash.
@@ -138,7 +134,7 @@ public:
             *handle = newHandle(supply);
             return 0;
         }
-        return kErrorFileNotFound;
+        return ERROR_FILE_NOT_FOUND;
     }
     uint32_t controlDevice(void *handle, uint32_t code, const void *input, uint32_t inputSize,
                            void *output, uint32_t outputSize, uint32_t *returned) override {
@@ -146,7 +142,7 @@ public:
         {
             std::lock_guard<std::mutex> lock(mutex_);
             const auto found = handles_.find(handle);
-            if (found == handles_.end()) return kErrorInvalidHandle;
+            if (found == handles_.end()) return ERROR_INVALID_HANDLE;
             supply = found->second;
             if (supply == kDisplayPath) {
                 return display_.control(code, input, inputSize, output, outputSize, returned);
@@ -205,7 +201,7 @@ public:
             percentSum += *percent;
             ++counted;
         }
-        if (reading.sawMalformed()) return kErrorGenFailure;
+        if (reading.sawMalformed()) return ERROR_GEN_FAILURE;
         power->anyBattery = counted > 0;
         power->batteryPercent = counted > 0 ? static_cast<uint32_t>(percentSum / counted) : 255;
         return 0;
@@ -271,16 +267,16 @@ private:
 InstrumentationAnswer ThisMachine::query(const std::string &language, const std::string &wql) {
     InstrumentationAnswer answer;
     if (!sameIgnoringCase(language, "WQL")) {
-        answer.status = kInvalidQueryType;
+        answer.status = WBEM_E_INVALID_QUERY_TYPE;
         return answer;
     }
     const std::optional<WqlStatement> statement = parseWql(wql);
     if (!statement) {
-        answer.status = kInvalidQuery;
+        answer.status = WBEM_E_INVALID_QUERY;
         return answer;
     }
     if (!sameIgnoringCase(statement->className, "Win32_Battery")) {
-        answer.status = kInvalidClass;
+        answer.status = WBEM_E_INVALID_CLASS;
         return answer;
     }
     SysfsReading reading = newRequest();
@@ -294,10 +290,10 @@ InstrumentationAnswer ThisMachine::query(const std::string &language, const std:
     // Every name must belong to the class, whether or not a row comes.
     const InstrumentationInstance shape = {{"DeviceID", {}}, {"Name", {}}, {"DesignVoltage", {}}};
     for (const std::string &name : statement->selected) {
-        if (findProperty(shape, name) == nullptr) answer.status = kInvalidQuery;
+        if (findProperty(shape, name) == nullptr) answer.status = WBEM_E_INVALID_QUERY;
     }
     if (statement->filter && findProperty(shape, statement->filter->first) == nullptr) {
-        answer.status = kInvalidQuery;
+        answer.status = WBEM_E_INVALID_QUERY;
     }
     if (answer.status != 0) return answer;
     for (const InstrumentationInstance &instance : instances) {
