@@ -8,6 +8,7 @@
 
 #include "com_objects.h"
 #include "ignoring_case.h"
+#include "instrumentation_query.h"
 #include "platform_layer/machine.h"
 #include "wide_text.h"
 
@@ -27,6 +28,7 @@ const IID IID_IWbemClassObject = {
 namespace {
 
 using platform_layer::currentMachine;
+using platform_layer::InstrumentationAnswer;
 using platform_layer::InstrumentationInstance;
 using platform_layer::InstrumentationValue;
 using platform_layer::LayerEvent;
@@ -76,7 +78,7 @@ public:
     HRESULT STDMETHODCALLTYPE Get(LPCWSTR name, LONG flags, VARIANT *value, CIMTYPE *type,
                                   LONG *flavor) override {
         if (name == nullptr || flags != 0) return WBEM_E_INVALID_PARAMETER;
-        if (currentMachine().comStepFails("Get")) return WBEM_E_FAILED;
+        if (currentMachine().faults().comStepFails("Get")) return WBEM_E_FAILED;
         const std::string wanted = narrow(name);
         const InstrumentationValue *found = nullptr;
         for (const auto &property : row_) {
@@ -197,9 +199,9 @@ public:
         if (language == nullptr || query == nullptr) return WBEM_E_INVALID_PARAMETER;
         platform_layer::Machine &machine = currentMachine();
         machine.note(LayerEvent::InstrumentationQueried);
-        if (machine.comStepFails("ExecQuery")) return WBEM_E_FAILED;
-        const platform_layer::InstrumentationAnswer answer =
-            machine.query(narrow(language), narrow(query));
+        if (machine.faults().comStepFails("ExecQuery")) return WBEM_E_FAILED;
+        const InstrumentationAnswer answer =
+            platform_layer::queryInstrumentation(machine, narrow(language), narrow(query));
         if (answer.status != 0) return answer.status;
         *enumerator = new Enumerator(answer.rows);
         return WBEM_S_NO_ERROR;
@@ -302,7 +304,7 @@ public:
                                             IWbemServices **services) override {
         if (services == nullptr) return WBEM_E_INVALID_PARAMETER;
         *services = nullptr;
-        if (currentMachine().comStepFails("ConnectServer")) return E_ACCESSDENIED;
+        if (currentMachine().faults().comStepFails("ConnectServer")) return E_ACCESSDENIED;
         if (resource == nullptr || !currentMachine().knowsNamespace(narrow(resource))) {
             return WBEM_E_INVALID_NAMESPACE;
         }

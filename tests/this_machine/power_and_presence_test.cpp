@@ -34,7 +34,7 @@ TEST_P(PowerAndPresence, FollowTheSupplies) {
     Testbed testbed(row.testbed);
     ASSERT_TRUE(testbed.ok());
     if (*row.supply != '\0') testbed.set(row.supply, row.attribute, row.text);
-    EXPECT_EQ(platform_layer::currentMachine().batteryInterfacePaths().size(), row.batteries);
+    EXPECT_EQ(platform_layer::currentMachine().batteryDevices().size(), row.batteries);
     EXPECT_EQ(powerLine(), row.power);
 }
 
