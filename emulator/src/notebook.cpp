@@ -5,9 +5,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "battery_driver.h"
 #include "battery_physics.h"
-#include "display_device.h"
 
 namespace emulator {
 
@@ -36,21 +34,14 @@ void Notebook::install(const Scenario &scenario) {
     counters_ = Counters();
     portTrace_.reset();
     controller_.install(scenario);
-    com_.install(scenario);
     batteries_ = scenario.batteries;
+    driverRequests_.assign(batteries_.size(), 0);
     physicsAtMs_ = 0;
     nextEvent_ = 0;
     systemEvents_ = 0;
     stopRequested_ = false;
-    registry_.install(scenario);
     power_.install(scenario);
-    devices_.clear();
-    if (scenario.display.present) {
-        devices_.add(DisplayDevice::kPath, std::make_shared<DisplayDevice>(*this));
-    }
-    for (size_t i = 0; i < batteries_.size(); ++i) {
-        devices_.add(batteryDevicePath(batteries_[i]), std::make_shared<BatteryDriver>(*this, i));
-    }
+    ++installations_;
     installed_ = true;
 }
 
@@ -149,6 +140,22 @@ uint32_t Notebook::systemBatteryPercent() {
         ++present;
     }
     return present == 0 ? 255u : static_cast<uint32_t>(sum / present);
+}
+
+void Notebook::driverRequested(size_t battery) {
+    ensureInstalled();
+    std::lock_guard<std::recursive_mutex> lock(mutex_);
+    ++counters_.batteryRequests;
+    if (battery < driverRequests_.size()) ++driverRequests_[battery];
+}
+
+bool Notebook::batteryThere(size_t battery) {
+    catchUp();
+    std::lock_guard<std::recursive_mutex> lock(mutex_);
+    if (battery >= batteries_.size()) return false;
+    const uint32_t leavesAfter = batteries_[battery].driver.vanishAfterRequests;
+    return batteries_[battery].present &&
+           (leavesAfter == 0 || driverRequests_[battery] <= leavesAfter);
 }
 
 uint32_t Notebook::portWrite(uint16_t port, uint8_t value) {

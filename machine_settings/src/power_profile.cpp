@@ -16,7 +16,7 @@ Scheme schemeOf(const std::string &profile) {
         profile == "cool") {
         return Scheme::PowerSaver;
     }
-    return Scheme::Own;
+    return Scheme::Custom;
 }
 
 bool PowerProfile::readScheme(Scheme &scheme) {

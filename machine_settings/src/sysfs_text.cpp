@@ -12,17 +12,31 @@ namespace {
 constexpr size_t kLongestValue = 4096; // a sysfs attribute is at most one page
 }
 
-bool sysfs_text::readLine(const std::string &path, std::string &line) {
+// A larger file is not an attribute and is not read to its end.
+std::optional<std::string> sysfs_text::readAttribute(const std::string &path) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) return false;
-    char buffer[kLongestValue];
-    ssize_t got;
-    do {
-        got = read(descriptor, buffer, sizeof buffer);
-    } while (got < 0 && errno == EINTR);
+    if (descriptor < 0) return std::nullopt;
+    std::string text(kLongestValue, '\0');
+    size_t length = 0;
+    bool failed = false;
+    while (length < text.size()) {
+        const ssize_t got = read(descriptor, &text[length], text.size() - length);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) failed = true;
+        if (got <= 0) break;
+        length += static_cast<size_t>(got);
+    }
     close(descriptor);
-    if (got < 0) return false;
-    line.assign(buffer, static_cast<size_t>(got));
+    if (failed) return std::nullopt;
+    text.resize(length);
+    if (!text.empty() && text.back() == '\n') text.pop_back();
+    return text;
+}
+
+bool sysfs_text::readLine(const std::string &path, std::string &line) {
+    std::optional<std::string> text = readAttribute(path);
+    if (!text) return false;
+    line = std::move(*text);
     const size_t end = line.find('\n');
     if (end != std::string::npos) line.resize(end);
     while (!line.empty() && (line.back() == ' ' || line.back() == '\t' || line.back() == '\r')) {

@@ -7,9 +7,7 @@
 
 #include <cstdint>
 
-// The battery class driver's device class and device interface.
-inline constexpr GUID kBatteryDeviceClass = {
-    0x72631E54, 0x78A4, 0x11D0, {0xBC, 0xF7, 0x00, 0xAA, 0x00, 0xB7, 0xB3, 0x2A}};
+#include "platform/battery_class.h"
 
 // Capacities the driver reports count only from 1 to 999,999 mWh; its
 // unknown marker and anything larger read as 0.

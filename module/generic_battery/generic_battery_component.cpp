@@ -1,20 +1,12 @@
 #include "generic_battery/generic_battery_component.h"
 
+#include "frame/keys.h"
+#include "frame/property_text.h"
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
-#include <sstream>
-
-#include "frame/keys.h"
 
 namespace {
-
-// General format, six significant digits, as a default text stream writes.
-std::string formatNumber(double value) {
-    std::ostringstream out;
-    out << value;
-    return out.str();
-}
 
 // The leading decimal integer, as atoi reads it; 0 when there is none.
 int32_t leadingMillivolts(const std::string &text) {
@@ -24,16 +16,13 @@ int32_t leadingMillivolts(const std::string &text) {
     return static_cast<int32_t>(std::min(std::max(value, low), high));
 }
 
-std::string orNotAvailable(const std::string &value) {
-    return value.empty() ? std::string(keys::NOT_AVAILABLE) : value;
-}
+using property_text::orNotAvailable;
 
 std::string capacityText(uint32_t capacity, int32_t millivolts) {
     const auto clamped = static_cast<int32_t>(
         std::min<uint32_t>(capacity, static_cast<uint32_t>(std::numeric_limits<int32_t>::max())));
-    return formatNumber(capacity * 0.001) + " " + keys::UNIT_WH + " (" +
-           std::to_string(GenericBatteryComponent::milliampHours(clamped, millivolts)) + " " +
-           keys::UNIT_MAH + ")";
+    return property_text::capacityText(capacity * 0.001,
+                                       GenericBatteryComponent::milliampHours(clamped, millivolts));
 }
 
 } // namespace
@@ -87,7 +76,7 @@ ComponentInfoGroup GenericBatteryComponent::batteryGroup(size_t position) const 
     if (battery.designVoltage.empty()) {
         add(keys::DESIGN_VOLTAGE, keys::NOT_AVAILABLE);
     } else if (millivolts >= 1) {
-        add(keys::DESIGN_VOLTAGE, formatNumber(millivolts * 0.001) + " " + keys::UNIT_VOLTS);
+        add(keys::DESIGN_VOLTAGE, property_text::printed(millivolts * 0.001) + " " + keys::UNIT_VOLTS);
     }
 
     // Bit 0 of the capabilities marks capacities that are no absolute figures.

@@ -1,7 +1,5 @@
 #include "generic_battery/generic_battery_component_windows.h"
 
-#include <setupapi.h>
-
 #include <algorithm>
 #include <vector>
 
@@ -9,36 +7,7 @@
 #include "generic_battery/battery_requests.h"
 #include "generic_battery/generic_result.h"
 #include "generic_battery/win_generic_battery_scanner.h"
-
-namespace {
-
-constexpr const char *kDriverClassRoot = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
-constexpr const char *kDriverVersionValue = "DriverVersion";
-
-// The value of SPDRP_DRIVER of the battery class's second device, or of its
-// first when there is no second: the key of the class driver.
-bool batteryDriverKey(std::string &key) {
-    HDEVINFO set = SetupDiGetClassDevsA(&kBatteryDeviceClass, nullptr, nullptr, 0);
-    if (set == INVALID_HANDLE_VALUE) return false;
-
-    SP_DEVINFO_DATA device = {};
-    device.cbSize = sizeof device;
-    bool found = SetupDiEnumDeviceInfo(set, 1, &device) || SetupDiEnumDeviceInfo(set, 0, &device);
-    if (found) {
-        DWORD required = 0;
-        SetupDiGetDeviceRegistryPropertyA(set, &device, SPDRP_DRIVER, nullptr, nullptr, 0,
-                                          &required);
-        std::vector<BYTE> buffer(required + 1, 0);
-        found =
-            required > 0 && SetupDiGetDeviceRegistryPropertyA(set, &device, SPDRP_DRIVER, nullptr,
-                                                              buffer.data(), required, nullptr);
-        if (found) key = std::string(reinterpret_cast<const char *>(buffer.data()));
-    }
-    SetupDiDestroyDeviceInfoList(set);
-    return found;
-}
-
-} // namespace
+#include "platform/battery_class.h"
 
 GenericBatteryComponentWindows::~GenericBatteryComponentWindows() {
     releaseCells(handles);
@@ -64,21 +33,11 @@ void GenericBatteryComponentWindows::buildProperties() {
 
 uint32_t GenericBatteryComponentWindows::readDriverVersion() {
     driverVersion = "EMPTY";
-    std::string driverKey;
-    if (!batteryDriverKey(driverKey)) return generic_result::NoDriverVersion;
-
-    const std::string keyPath = kDriverClassRoot + driverKey;
-    DWORD size = 0;
-    if (RegGetValueA(HKEY_LOCAL_MACHINE, keyPath.c_str(), kDriverVersionValue, RRF_RT_REG_SZ,
-                     nullptr, nullptr, &size) != ERROR_SUCCESS) {
+    std::string version;
+    if (lookUpBatteryDriverVersion(version) != DriverVersionLookup::Found) {
         return generic_result::NoDriverVersion;
     }
-    std::vector<char> data(size + 1, '\0');
-    if (RegGetValueA(HKEY_LOCAL_MACHINE, keyPath.c_str(), kDriverVersionValue, RRF_RT_REG_SZ,
-                     nullptr, data.data(), &size) != ERROR_SUCCESS) {
-        return generic_result::NoDriverVersion;
-    }
-    driverVersion = std::string(data.data());
+    driverVersion = version;
     return generic_result::Success;
 }
 

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "frame/chemistry.h"
 #include "frame/keys.h"
 #include "generic_battery/battery_requests.h"
 #include "generic_battery/generic_result.h"
@@ -32,20 +33,6 @@ bool isOpen(HANDLE handle) {
     return handle != INVALID_HANDLE_VALUE && handle != nullptr;
 }
 
-struct ChemistryCode {
-    const char *code;
-    const char *name;
-};
-
-const ChemistryCode kChemistries[] = {
-    {keys::CODE_LEAD_ACID, keys::LEAD_ACID},
-    {keys::CODE_LITHIUM_ION, keys::LITHIUM_ION},
-    {keys::CODE_LITHIUM_ION_ALT, keys::LITHIUM_ION},
-    {keys::CODE_NICKEL_CADMIUM, keys::NICKEL_CADMIUM},
-    {keys::CODE_NICKEL_METAL_HYDRIDE, keys::NICKEL_METAL_HYDRIDE},
-    {keys::CODE_NICKEL_ZINC, keys::NICKEL_ZINC},
-};
-
 } // namespace
 
 uint32_t WinGenericBatteryScanner::scanDevices(DeviceMap &found) {
@@ -58,7 +45,7 @@ uint32_t WinGenericBatteryScanner::scanDevices(DeviceMap &found) {
     DeviceScanner *scanner = deviceScanner();
     if (scanner == nullptr) return generic_result::Failed;
 
-    const WinDeviceScanFilter filter(kBatteryDeviceClass, kBatteryDeviceClass);
+    const WinDeviceScanFilter filter(kBatteryClassGuid, kBatteryClassGuid);
     const uint32_t status = scanner->enumerateDevices(filter, found);
     if (status != 0) return status;
     devices = found;
@@ -229,13 +216,6 @@ uint32_t WinGenericBatteryScanner::queryWmiProperty(const char *property,
 
 std::string WinGenericBatteryScanner::chemistryName(const std::string &code) {
     if (code == std::string(4, ' ') || code == std::string(4, '\0')) return std::string();
-    for (const ChemistryCode &known : kChemistries) {
-        if (code == known.code) return known.name;
-    }
-    // The three-letter code fills the four-byte field with a NUL or a blank.
-    if (code.size() == 4 && code.compare(0, 3, keys::CODE_RECHARGEABLE_ALKALINE_MANGANESE) == 0 &&
-        (code[3] == '\0' || code[3] == ' ')) {
-        return keys::RECHARGEABLE_ALKALINE_MANGANESE;
-    }
-    return code;
+    const char *key = chemistry::keyOf(code, chemistry::Source::Driver);
+    return key != nullptr ? std::string(key) : code;
 }

@@ -1,48 +1,20 @@
 // The properties of a smart battery as the host shows them.
 
-#include <sstream>
-
+#include "frame/chemistry.h"
 #include "frame/keys.h"
+#include "frame/property_text.h"
 #include "smart_battery/smart_battery_component.h"
 
 namespace {
 
-// Numbers as a default text stream prints them: six significant digits, no
-// trailing zeros.
-template <typename Number> std::string print(Number number) {
-    std::ostringstream text;
-    text << number;
-    return text.str();
-}
+using property_text::capacityText;
+using property_text::orNotAvailable;
+using property_text::printed;
 
-std::string orNotAvailable(const std::string &text) {
-    return text.empty() ? keys::NOT_AVAILABLE : text;
-}
-
-// Chemistry codes that only smart batteries report.
-constexpr const char *kZincAirCode = "ZnAr";
-constexpr const char *kLithiumPolymerCode = "LiP";
-
-std::string chemistryKey(const std::string &chemistry) {
-    struct Entry {
-        const char *code;
-        const char *key;
-    };
-    static const Entry table[] = {
-        {keys::CODE_LEAD_ACID, keys::LEAD_ACID},
-        {keys::CODE_LITHIUM_ION, keys::LITHIUM_ION},
-        {keys::CODE_NICKEL_CADMIUM, keys::NICKEL_CADMIUM},
-        {keys::CODE_NICKEL_METAL_HYDRIDE, keys::NICKEL_METAL_HYDRIDE},
-        {keys::CODE_NICKEL_ZINC, keys::NICKEL_ZINC},
-        {keys::CODE_RECHARGEABLE_ALKALINE_MANGANESE, keys::RECHARGEABLE_ALKALINE_MANGANESE},
-        {kZincAirCode, keys::ZINC_AIR},
-        {kLithiumPolymerCode, keys::LITHIUM_POLYMER},
-    };
-    if (chemistry.empty()) return keys::NOT_AVAILABLE;
-    for (const Entry &entry : table) {
-        if (chemistry == entry.code) return entry.key;
-    }
-    return keys::OTHER;
+std::string chemistryKey(const std::string &code) {
+    if (code.empty()) return keys::NOT_AVAILABLE;
+    const char *key = chemistry::keyOf(code, chemistry::Source::SmartBattery);
+    return key != nullptr ? key : keys::OTHER;
 }
 
 // Above this a temperature is a reading; a raw 0 decodes to -273.15.
@@ -51,12 +23,12 @@ constexpr double kPerMilli = 0.001;
 
 std::string temperatureText(float celsius) {
     if (!(celsius > kNoTemperatureBelow)) return keys::NOT_AVAILABLE;
-    return print(celsius) + " " + keys::UNIT_DEGREES_CELSIUS;
+    return printed(celsius) + " " + keys::UNIT_DEGREES_CELSIUS;
 }
 
 std::string voltageText(uint16_t millivolts) {
     if (millivolts == 0) return keys::NOT_AVAILABLE;
-    return print(millivolts * kPerMilli) + " " + keys::UNIT_VOLTS;
+    return printed(millivolts * kPerMilli) + " " + keys::UNIT_VOLTS;
 }
 
 std::string serialText(uint16_t serial) {
@@ -65,7 +37,7 @@ std::string serialText(uint16_t serial) {
 
 // Energy and charge of one capacity, each computed from the other through the
 // design voltage; an unknown voltage gives 0 for the computed one.
-std::string capacityText(const SmartBatteryInfo &info, uint32_t capacity) {
+std::string capacityOf(const SmartBatteryInfo &info, uint32_t capacity) {
     if (info.designCapacity == 0 || info.fullChargeCapacity == 0) return keys::NOT_AVAILABLE;
     double wattHours = 0;
     uint32_t milliampHours = 0;
@@ -78,8 +50,7 @@ std::string capacityText(const SmartBatteryInfo &info, uint32_t capacity) {
                                                   kPerMilli * kPerMilli;
         milliampHours = capacity;
     }
-    return print(wattHours) + " " + keys::UNIT_WH + " (" + std::to_string(milliampHours) + " " +
-           keys::UNIT_MAH + ")";
+    return capacityText(wattHours, milliampHours);
 }
 
 std::string cycleCountText(const SmartBatteryInfo &info) {
@@ -105,7 +76,7 @@ void SmartBatteryComponent::buildProperties() {
     addProperty(keys::MANUFACTURER, orNotAvailable(battery.manufacturer));
     addProperty(keys::DESIGN_VOLTAGE, voltageText(battery.designVoltage));
     addProperty(keys::SERIAL_NUMBER, serialText(battery.serialNumber));
-    addProperty(keys::DESIGN_CAPACITY, capacityText(battery, battery.designCapacity));
-    addProperty(keys::FULL_CHARGE_CAPACITY, capacityText(battery, battery.fullChargeCapacity));
+    addProperty(keys::DESIGN_CAPACITY, capacityOf(battery, battery.designCapacity));
+    addProperty(keys::FULL_CHARGE_CAPACITY, capacityOf(battery, battery.fullChargeCapacity));
     addProperty(keys::CYCLE_COUNT, cycleCountText(battery));
 }

@@ -81,26 +81,7 @@ inline bool operator!=(const GUID &a, const GUID &b) {
     return !(a == b);
 }
 
-// Error codes (GetLastError, registry results).
-#define ERROR_SUCCESS 0L
-#define ERROR_FILE_NOT_FOUND 2L
-#define ERROR_PATH_NOT_FOUND 3L
-#define ERROR_ACCESS_DENIED 5L
-#define ERROR_INVALID_HANDLE 6L
-#define ERROR_NOT_ENOUGH_MEMORY 8L
-#define ERROR_GEN_FAILURE 31L
-#define ERROR_NOT_SUPPORTED 50L
-#define ERROR_INVALID_PARAMETER 87L
-#define ERROR_INSUFFICIENT_BUFFER 122L
-#define ERROR_MORE_DATA 234L
-#define ERROR_NO_MORE_ITEMS 259L
-#define ERROR_INVALID_DATA 13L
-#define ERROR_UNSUPPORTED_TYPE 1630L
-
-#define S_OK ((HRESULT)0L)
-#define S_FALSE ((HRESULT)1L)
-#define SUCCEEDED(hr) (((HRESULT)(hr)) >= 0)
-#define FAILED(hr) (((HRESULT)(hr)) < 0)
+#include "winerror.h"
 
 // Files and devices.
 #define GENERIC_READ 0x80000000u
@@ -109,8 +90,6 @@ inline bool operator!=(const GUID &a, const GUID &b) {
 #define FILE_SHARE_WRITE 0x00000002u
 #define OPEN_EXISTING 3u
 #define FILE_ATTRIBUTE_NORMAL 0x00000080u
-#define ERROR_INVALID_FUNCTION 1L
-#define ERROR_INVALID_USER_BUFFER 1784L
 
 struct SECURITY_ATTRIBUTES;
 typedef SECURITY_ATTRIBUTES *LPSECURITY_ATTRIBUTES;

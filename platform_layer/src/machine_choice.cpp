@@ -11,6 +11,13 @@ std::atomic<Machine *> chosen{nullptr};
 }
 
 Machine::~Machine() = default;
+ProtocolFaults::~ProtocolFaults() = default;
+
+// A machine that keeps to the protocols.
+ProtocolFaults &Machine::faults() {
+    static ProtocolFaults none;
+    return none;
+}
 
 Machine &currentMachine() {
     Machine *machine = chosen.load();

@@ -4,20 +4,20 @@
 #include <setupapi.h>
 
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "battery_class.h"
 #include "platform_layer/machine.h"
 #include "wide_text.h"
 
 namespace {
 
-// Both the battery setup class and the battery device interface class.
-constexpr GUID kBatteryGuid = {
-    0x72631E54, 0x78A4, 0x11D0, {0xBC, 0xF7, 0x00, 0xAA, 0x00, 0xB7, 0xB3, 0x2A}};
+using platform_layer::kBatteryClassGuid;
 
 struct DeviceInfoSet {
     bool interfaces = false; // a set of device interfaces rather than of class devices
@@ -43,10 +43,12 @@ HDEVINFO makeSet(const GUID *guid, DWORD flags) {
     platform_layer::Machine &machine = platform_layer::currentMachine();
     auto set = std::make_unique<DeviceInfoSet>();
     set->interfaces = (flags & DIGCF_DEVICEINTERFACE) != 0;
-    const bool battery = guid != nullptr && *guid == kBatteryGuid;
+    const bool battery = guid != nullptr && *guid == kBatteryClassGuid;
     if (battery || (flags & DIGCF_ALLCLASSES) != 0) {
         if (set->interfaces) {
-            set->interfacePaths = machine.batteryInterfacePaths();
+            for (const platform_layer::BatteryDevice &device : machine.batteryDevices()) {
+                set->interfacePaths.push_back(platform_layer::batteryInterfacePath(device));
+            }
             set->members = set->interfacePaths.size();
         } else {
             set->classDevices = machine.batteryClassDevices();
@@ -87,7 +89,7 @@ BOOL interfaceDetail(HDEVINFO handle, PSP_DEVICE_INTERFACE_DATA data, Detail *de
     const DWORD needed = static_cast<DWORD>(header + (path.size() + 1) * sizeof(Unit));
     if (requiredSize != nullptr) *requiredSize = needed;
     if (device != nullptr && device->cbSize == sizeof(SP_DEVINFO_DATA)) {
-        device->ClassGuid = kBatteryGuid;
+        device->ClassGuid = kBatteryClassGuid;
         device->DevInst = static_cast<DWORD>(data->Reserved + 1);
         device->Reserved = data->Reserved;
     }
@@ -101,7 +103,7 @@ BOOL interfaceDetail(HDEVINFO handle, PSP_DEVICE_INTERFACE_DATA data, Detail *de
 const std::string &asNarrow(const std::string &text, std::string &out) {
     return out = text;
 }
-const std::u16string &asWide(const std::string &text, std::u16string &out) {
+const std::basic_string<WCHAR> &asWide(const std::string &text, std::basic_string<WCHAR> &out) {
     return out = win32::widen(text);
 }
 
@@ -124,7 +126,7 @@ BOOL SetupDiEnumDeviceInfo(HDEVINFO handle, DWORD index, PSP_DEVINFO_DATA data) 
         return win32::fail(ERROR_INVALID_USER_BUFFER, FALSE);
     }
     if (index >= set->members) return win32::fail(ERROR_NO_MORE_ITEMS, FALSE);
-    data->ClassGuid = kBatteryGuid;
+    data->ClassGuid = kBatteryClassGuid;
     data->DevInst = index + 1;
     data->Reserved = index;
     return TRUE;
@@ -163,10 +165,10 @@ BOOL SetupDiEnumDeviceInterfaces(HDEVINFO handle, PSP_DEVINFO_DATA, const GUID *
         return win32::fail(ERROR_INVALID_USER_BUFFER, FALSE);
     }
     if (interfaceClass == nullptr) return win32::fail(ERROR_INVALID_PARAMETER, FALSE);
-    if (!set->interfaces || *interfaceClass != kBatteryGuid || index >= set->members) {
+    if (!set->interfaces || *interfaceClass != kBatteryClassGuid || index >= set->members) {
         return win32::fail(ERROR_NO_MORE_ITEMS, FALSE);
     }
-    data->InterfaceClassGuid = kBatteryGuid;
+    data->InterfaceClassGuid = kBatteryClassGuid;
     data->Flags = SPINT_ACTIVE;
     data->Reserved = index;
     return TRUE;
@@ -175,7 +177,7 @@ BOOL SetupDiEnumDeviceInterfaces(HDEVINFO handle, PSP_DEVINFO_DATA, const GUID *
 BOOL SetupDiGetDeviceInterfaceDetailW(HDEVINFO handle, PSP_DEVICE_INTERFACE_DATA data,
                                       PSP_DEVICE_INTERFACE_DETAIL_DATA_W detail, DWORD detailSize,
                                       PDWORD requiredSize, PSP_DEVINFO_DATA device) {
-    return interfaceDetail<SP_DEVICE_INTERFACE_DETAIL_DATA_W, char16_t>(
+    return interfaceDetail<SP_DEVICE_INTERFACE_DETAIL_DATA_W, WCHAR>(
         handle, data, detail, detailSize, requiredSize, device, asWide);
 }
 
@@ -195,3 +197,13 @@ BOOL SetupDiDestroyDeviceInfoList(HDEVINFO handle) {
     return TRUE;
 }
 }
+
+namespace platform_layer {
+
+std::string batteryDriverKey(size_t index) {
+    char suffix[16];
+    std::snprintf(suffix, sizeof suffix, "\\%04zu", index);
+    return std::string(kBatteryClassKey) + suffix;
+}
+
+} // namespace platform_layer

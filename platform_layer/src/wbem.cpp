@@ -3,12 +3,14 @@
 
 #include <wbemidl.h>
 
-#include <cctype>
 #include <string>
 #include <vector>
 
 #include "com_objects.h"
+#include "ignoring_case.h"
+#include "instrumentation_query.h"
 #include "platform_layer/machine.h"
+#include "wide_text.h"
 
 extern "C" {
 const CLSID CLSID_WbemLocator = {
@@ -26,27 +28,13 @@ const IID IID_IWbemClassObject = {
 namespace {
 
 using platform_layer::currentMachine;
+using platform_layer::InstrumentationAnswer;
 using platform_layer::InstrumentationInstance;
 using platform_layer::InstrumentationValue;
 using platform_layer::LayerEvent;
 
-// Narrow text of a UTF-16 string; units beyond one byte become '?'.
-std::string narrow(const WCHAR *text) {
-    std::string result;
-    if (text == nullptr) return result;
-    for (; *text != 0; ++text) {
-        const auto unit = static_cast<uint16_t>(*text);
-        result.push_back(unit <= 0xFF ? static_cast<char>(unit) : '?');
-    }
-    return result;
-}
-
-std::basic_string<WCHAR> widen(const std::string &text) {
-    std::basic_string<WCHAR> result;
-    for (const char byte : text)
-        result.push_back(static_cast<WCHAR>(static_cast<unsigned char>(byte)));
-    return result;
-}
+using win32::narrow;
+using win32::widen;
 
 // Reference counting, interface lookup and the object count for tests.
 template <typename Interface> class ComObject : public Interface {
@@ -90,16 +78,11 @@ public:
     HRESULT STDMETHODCALLTYPE Get(LPCWSTR name, LONG flags, VARIANT *value, CIMTYPE *type,
                                   LONG *flavor) override {
         if (name == nullptr || flags != 0) return WBEM_E_INVALID_PARAMETER;
-        if (currentMachine().comStepFails("Get")) return WBEM_E_FAILED;
+        if (currentMachine().faults().comStepFails("Get")) return WBEM_E_FAILED;
         const std::string wanted = narrow(name);
         const InstrumentationValue *found = nullptr;
         for (const auto &property : row_) {
-            if (property.first.size() != wanted.size()) continue;
-            bool same = true;
-            for (size_t i = 0; i < wanted.size() && same; ++i)
-                same = std::tolower(static_cast<unsigned char>(wanted[i])) ==
-                       std::tolower(static_cast<unsigned char>(property.first[i]));
-            if (same) found = &property.second;
+            if (platform_layer::sameIgnoringCase(property.first, wanted)) found = &property.second;
         }
         if (found == nullptr) return WBEM_E_NOT_FOUND;
         if (value != nullptr) {
@@ -216,9 +199,9 @@ public:
         if (language == nullptr || query == nullptr) return WBEM_E_INVALID_PARAMETER;
         platform_layer::Machine &machine = currentMachine();
         machine.note(LayerEvent::InstrumentationQueried);
-        if (machine.comStepFails("ExecQuery")) return WBEM_E_FAILED;
-        const platform_layer::InstrumentationAnswer answer =
-            machine.query(narrow(language), narrow(query));
+        if (machine.faults().comStepFails("ExecQuery")) return WBEM_E_FAILED;
+        const InstrumentationAnswer answer =
+            platform_layer::queryInstrumentation(machine, narrow(language), narrow(query));
         if (answer.status != 0) return answer.status;
         *enumerator = new Enumerator(answer.rows);
         return WBEM_S_NO_ERROR;
@@ -321,7 +304,7 @@ public:
                                             IWbemServices **services) override {
         if (services == nullptr) return WBEM_E_INVALID_PARAMETER;
         *services = nullptr;
-        if (currentMachine().comStepFails("ConnectServer")) return E_ACCESSDENIED;
+        if (currentMachine().faults().comStepFails("ConnectServer")) return E_ACCESSDENIED;
         if (resource == nullptr || !currentMachine().knowsNamespace(narrow(resource))) {
             return WBEM_E_INVALID_NAMESPACE;
         }

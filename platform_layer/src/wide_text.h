@@ -6,22 +6,26 @@
 
 namespace win32 {
 
-// Device paths and names are ASCII; anything else becomes '?'.
+// Texts cross the layer a byte a unit: a unit beyond one byte becomes '?',
+// so a narrow text widened and narrowed again comes back as it was.
 inline std::string narrow(LPCWSTR text) {
     std::string out;
     for (; text != nullptr && *text != 0; ++text) {
-        out.push_back(*text < 0x80 ? static_cast<char>(*text) : '?');
+        const auto unit = static_cast<uint16_t>(*text);
+        out.push_back(unit <= 0xFF ? static_cast<char>(unit) : '?');
     }
     return out;
 }
 
-inline std::u16string widen(const std::string &text) {
-    return std::u16string(text.begin(), text.end());
+inline std::basic_string<WCHAR> widen(const std::string &text) {
+    std::basic_string<WCHAR> out;
+    for (const char byte : text)
+        out.push_back(static_cast<WCHAR>(static_cast<unsigned char>(byte)));
+    return out;
 }
 
 // A Win32 failure: the error for GetLastError and the given result.
-template <typename Result>
-Result fail(DWORD error, Result result) {
+template <typename Result> Result fail(DWORD error, Result result) {
     SetLastError(error);
     return result;
 }

@@ -1,17 +1,16 @@
 #include "battery_records.h"
 
-#include <cstring>
+#include <array>
 
 namespace platform_layer::battery_records {
 
 namespace {
 
-constexpr ULONG kPowerOnLine = 1, kDischarging = 2, kCharging = 4;
 constexpr int64_t kLargestCapacity_mWh = 0xFFFFFFFE; // one below "unknown"
 
 struct ChemistryName {
     const char *technology;
-    char code[4];
+    std::array<uint8_t, 4> code;
 };
 
 // The kernel's words for a technology, and the four bytes a Windows driver
@@ -56,66 +55,59 @@ std::optional<int64_t> chargeAsEnergy_mWh(SysfsReading &reading, std::optional<i
     return static_cast<int64_t>(product);
 }
 
-ULONG orUnknown(std::optional<int64_t> value) {
-    return value ? static_cast<ULONG>(*value) : BATTERY_UNKNOWN_CAPACITY;
+std::optional<uint32_t> narrowed(std::optional<int64_t> value) {
+    if (!value) return std::nullopt;
+    return static_cast<uint32_t>(*value);
 }
 
 } // namespace
 
-std::optional<BATTERY_INFORMATION> information(PowerSupply &battery) {
+std::optional<BatteryFigures> information(PowerSupply &battery) {
     SysfsReading &reading = battery.reading();
-    BATTERY_INFORMATION record = {};
-    record.Capabilities = BATTERY_SYSTEM_BATTERY;
-    record.Technology = 1; // rechargeable
+    BatteryFigures record;
     if (const std::optional<std::string> technology = battery.technology()) {
         const ChemistryName *known = nullptr;
         for (const ChemistryName &chemistry : kChemistries) {
             if (*technology == chemistry.technology) known = &chemistry;
         }
         if (known == nullptr) return std::nullopt;
-        std::memcpy(record.Chemistry, known->code, sizeof record.Chemistry);
+        record.chemistry = known->code;
     }
     switch (battery.reporting()) {
     case PowerSupply::Reporting::Energy:
-        record.DesignedCapacity = orUnknown(energy_mWh(reading, battery.energyFullDesign_uWh()));
-        record.FullChargedCapacity = orUnknown(energy_mWh(reading, battery.energyFull_uWh()));
+        record.designedCapacity_mWh = narrowed(energy_mWh(reading, battery.energyFullDesign_uWh()));
+        record.fullChargedCapacity_mWh = narrowed(energy_mWh(reading, battery.energyFull_uWh()));
         break;
     case PowerSupply::Reporting::Charge: {
         const std::optional<int64_t> voltage = battery.voltageMinDesign_uV();
-        record.DesignedCapacity =
-            orUnknown(chargeAsEnergy_mWh(reading, battery.chargeFullDesign_uAh(), voltage));
-        record.FullChargedCapacity =
-            orUnknown(chargeAsEnergy_mWh(reading, battery.chargeFull_uAh(), voltage));
+        record.designedCapacity_mWh =
+            narrowed(chargeAsEnergy_mWh(reading, battery.chargeFullDesign_uAh(), voltage));
+        record.fullChargedCapacity_mWh =
+            narrowed(chargeAsEnergy_mWh(reading, battery.chargeFull_uAh(), voltage));
         break;
     }
     case PowerSupply::Reporting::Relative:
-        record.Capabilities |= BATTERY_CAPACITY_RELATIVE;
-        record.DesignedCapacity = BATTERY_UNKNOWN_CAPACITY;
-        record.FullChargedCapacity = BATTERY_UNKNOWN_CAPACITY;
+        record.relativeOnly = true;
         break;
     }
-    record.CycleCount =
-        static_cast<ULONG>(checked(reading, battery.cycleCount(), 0xFFFFFFFF).value_or(0));
+    record.cycleCount =
+        static_cast<uint32_t>(checked(reading, battery.cycleCount(), 0xFFFFFFFF).value_or(0));
     if (reading.sawMalformed()) return std::nullopt;
     return record;
 }
 
-std::optional<ULONG> temperature(PowerSupply &battery) {
+std::optional<uint32_t> temperature(PowerSupply &battery) {
     const std::optional<int64_t> celsius = battery.temp_deciCelsius();
     if (!celsius) return std::nullopt;
     const int64_t kelvin = *celsius + 2732;
     if (kelvin < 0 || kelvin > 0xFFFFFFFF) return std::nullopt; // colder than absolute zero
-    return static_cast<ULONG>(kelvin);
+    return static_cast<uint32_t>(kelvin);
 }
 
-std::optional<BATTERY_MANUFACTURE_DATE> manufactureDate(PowerSupply &battery) {
+std::optional<BatteryDate> manufactureDate(PowerSupply &battery) {
     const std::optional<PowerSupply::Date> date = battery.manufactureDate();
     if (!date) return std::nullopt;
-    BATTERY_MANUFACTURE_DATE record = {};
-    record.Day = date->day;
-    record.Month = date->month;
-    record.Year = date->year;
-    return record;
+    return BatteryDate{date->year, date->month, date->day};
 }
 
 std::optional<std::string> uniqueId(PowerSupply &battery) {
@@ -128,9 +120,9 @@ std::optional<std::string> uniqueId(PowerSupply &battery) {
     return joined;
 }
 
-std::optional<BATTERY_STATUS> status(PowerSupply &battery, bool acOnLine) {
+std::optional<BatteryStatus> status(PowerSupply &battery, bool acOnLine) {
     SysfsReading &reading = battery.reading();
-    BATTERY_STATUS record = {};
+    BatteryStatus record;
     const std::optional<std::string> state = battery.status();
     const bool charging = state == std::optional<std::string>("Charging");
     const bool discharging = state == std::optional<std::string>("Discharging");
@@ -138,8 +130,9 @@ std::optional<BATTERY_STATUS> status(PowerSupply &battery, bool acOnLine) {
         *state != "Unknown") {
         return std::nullopt;
     }
-    record.PowerState = (acOnLine ? kPowerOnLine : 0) | (charging ? kCharging : 0) |
-                        (discharging ? kDischarging : 0);
+    record.onLine = acOnLine;
+    record.charging = charging;
+    record.discharging = discharging;
 
     std::optional<int64_t> capacity;
     if (battery.reporting() == PowerSupply::Reporting::Charge) {
@@ -148,12 +141,12 @@ std::optional<BATTERY_STATUS> status(PowerSupply &battery, bool acOnLine) {
     } else {
         capacity = energy_mWh(reading, battery.energyNow_uWh());
     }
-    record.Capacity = orUnknown(capacity);
+    record.capacity_mWh = narrowed(capacity);
 
     const std::optional<int64_t> voltage_uV = battery.voltageNow_uV();
     const std::optional<int64_t> voltage_mV =
         voltage_uV ? checked(reading, *voltage_uV / 1000, 0xFFFFFFFE) : std::nullopt;
-    record.Voltage = voltage_mV ? static_cast<ULONG>(*voltage_mV) : 0xFFFFFFFFu;
+    record.voltage_mV = narrowed(voltage_mV);
 
     // Some drivers sign the flow, most do not; the direction comes from the
     // state. A rate of 2^31 mW or more is no battery's.
@@ -173,10 +166,8 @@ std::optional<BATTERY_STATUS> status(PowerSupply &battery, bool acOnLine) {
         reading.markMalformed();
         rate_mW.reset();
     }
-    if (!rate_mW) {
-        record.Rate = static_cast<LONG>(BATTERY_UNKNOWN_RATE);
-    } else {
-        record.Rate = static_cast<LONG>(discharging ? -*rate_mW : charging ? *rate_mW : 0);
+    if (rate_mW) {
+        record.rate_mW = static_cast<int32_t>(discharging ? -*rate_mW : charging ? *rate_mW : 0);
     }
     if (reading.sawMalformed()) return std::nullopt;
     return record;

@@ -1,25 +1,24 @@
 #pragma once
 
-#include <batclass.h>
-
 #include <optional>
 #include <string>
 
+#include "platform_layer/battery_facts.h"
 #include "power_supply.h"
 
-// The battery class driver's records, made from one battery's attributes.
+// What the battery class driver tells of a battery, made from its attributes.
 // Nothing means the level fails: an attribute it needs is absent, or one
 // it reads is malformed.
 namespace platform_layer::battery_records {
 
-std::optional<BATTERY_INFORMATION> information(PowerSupply &battery);
+std::optional<BatteryFigures> information(PowerSupply &battery);
 // Tenths of a kelvin.
-std::optional<ULONG> temperature(PowerSupply &battery);
-std::optional<BATTERY_MANUFACTURE_DATE> manufactureDate(PowerSupply &battery);
+std::optional<uint32_t> temperature(PowerSupply &battery);
+std::optional<BatteryDate> manufactureDate(PowerSupply &battery);
 // Serial number, manufacturer and model name joined with nothing between
 // them; a part the kernel does not give is left out.
 std::optional<std::string> uniqueId(PowerSupply &battery);
-std::optional<BATTERY_STATUS> status(PowerSupply &battery, bool acOnLine);
+std::optional<BatteryStatus> status(PowerSupply &battery, bool acOnLine);
 
 // Design voltage in millivolts, for the instrumentation service.
 std::optional<int64_t> designVoltage_mV(PowerSupply &battery);

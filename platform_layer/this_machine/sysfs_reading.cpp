@@ -1,21 +1,17 @@
 #include "sysfs_reading.h"
 
 #include <dirent.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <limits>
 #include <mutex>
 #include <set>
 
+#include "machine_settings/sysfs_text.h"
+
 namespace platform_layer {
 
 namespace {
-
-// No attribute of the class is longer; a larger file is not one of its
-// attributes and is not read to its end.
-constexpr size_t kLongestAttribute = 4096;
 
 struct ReadLog {
     std::mutex mutex;
@@ -37,22 +33,7 @@ void countRead(const std::string &path) {
 
 std::optional<std::string> readFile(const std::string &path) {
     countRead(path);
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) return std::nullopt;
-    std::string text(kLongestAttribute, '\0');
-    size_t length = 0;
-    bool failed = false;
-    while (length < text.size()) {
-        const ssize_t got = ::read(descriptor, &text[length], text.size() - length);
-        if (got < 0) failed = true;
-        if (got <= 0) break;
-        length += static_cast<size_t>(got);
-    }
-    ::close(descriptor);
-    if (failed) return std::nullopt;
-    text.resize(length);
-    if (!text.empty() && text.back() == '\n') text.pop_back();
-    return text;
+    return machine_settings::sysfs_text::readAttribute(path);
 }
 
 } // namespace

@@ -6,80 +6,42 @@
 #include "platform_layer/this_machine.h"
 
 #include <sys/utsname.h>
+#include <windows.h>
 
 #include <atomic>
 #include <chrono>
-#include <cstdio>
-#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
 
-#include "battery_device.h"
+#include "battery_class.h"
 #include "battery_records.h"
 #include "com_apartment.h"
-#include "machine_settings/settings_answers.h"
+#include "instrumentation_query.h"
 #include "power_supply.h"
+#include "settings_answers.h"
 #include "sysfs_reading.h"
-#include "wql_statement.h"
 
 namespace platform_layer {
 
 namespace {
 
-constexpr uint32_t kErrorFileNotFound = 2;
-constexpr uint32_t kErrorInvalidHandle = 6;
-constexpr uint32_t kErrorGenFailure = 31;
-constexpr uint32_t kErrorNotSupported = 50;
 constexpr uint32_t kPortRefused = 1;
-constexpr int32_t kInvalidQueryType = static_cast<int32_t>(0x80041018u);
-constexpr int32_t kInvalidClass = static_cast<int32_t>(0x80041010u);
-constexpr int32_t kInvalidQuery = static_cast<int32_t>(0x80041017u);
-
-// The display's device path, kept as a handle's supply name: no supply name
-// holds a backslash.
-constexpr const char *kDisplayPath = "\\\\.\\LCD";
 
 std::atomic<double> gTimeScale{1.0};
-
-machine_settings::Scheme settingsScheme(PowerScheme scheme) {
-    switch (scheme) {
-    case PowerScheme::HighPerformance:
-        return machine_settings::Scheme::HighPerformance;
-    case PowerScheme::Balanced:
-        return machine_settings::Scheme::Balanced;
-    case PowerScheme::PowerSaver:
-        return machine_settings::Scheme::PowerSaver;
-    default:
-        return machine_settings::Scheme::Own;
-    }
-}
-
-PowerScheme windowsScheme(machine_settings::Scheme scheme) {
-    switch (scheme) {
-    case machine_settings::Scheme::HighPerformance:
-        return PowerScheme::HighPerformance;
-    case machine_settings::Scheme::Balanced:
-        return PowerScheme::Balanced;
-    case machine_settings::Scheme::PowerSaver:
-        return PowerScheme::PowerSaver;
-    default:
-        return PowerScheme::Custom;
-    }
-}
-
-constexpr const char *kBatteryClassKey = "{72631E54-78A4-11D0-BCF7-00AA00B7B32A}";
-constexpr const char *kDriverClassRoot = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
 
 SysfsReading newRequest() {
     beginSysfsRequest();
     return SysfsReading();
 }
 
-std::string driverKey(size_t index) {
-    char suffix[16];
-    std::snprintf(suffix, sizeof suffix, "\\%04zu", index);
-    return std::string(kBatteryClassKey) + suffix;
+// The reading of the device request under way on this thread: the tag and
+// the level it asks for come from one picture of the machine.
+thread_local std::optional<SysfsReading> tRequest;
+
+SysfsReading &requestReading() {
+    if (!tRequest) tRequest.emplace(newRequest());
+    return *tRequest;
 }
 
 // The battery drivers' version is the running kernel's.
@@ -88,27 +50,27 @@ std::string kernelRelease() {
     return ::uname(&names) == 0 ? std::string(names.release) : std::string();
 }
 
-InstrumentationInstance batteryInstance(PowerSupply &battery) {
-    InstrumentationInstance instance;
-    instance["DeviceID"] = {InstrumentationValue::Text, *battery_records::uniqueId(battery), 0, 0,
-                            0};
-    const std::optional<std::string> model = battery.modelName();
-    instance["Name"] = model ? InstrumentationValue{InstrumentationValue::Text, *model, 0, 0, 0}
-                             : InstrumentationValue{};
-    // A uint64 property travels as text.
-    const std::optional<int64_t> voltage = battery_records::designVoltage_mV(battery);
-    instance["DesignVoltage"] = voltage ? InstrumentationValue{InstrumentationValue::Text,
-                                                               std::to_string(*voltage), 0, 0, 0}
-                                        : InstrumentationValue{};
-    return instance;
+// The tag names the battery in its slot: a battery that is taken out has
+// none, and its old tag is refused until it is back.
+uint32_t tagOf(const std::string &supply) {
+    uint32_t hash = 2166136261u;
+    for (const char byte : supply) hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;
+    return hash == 0 ? 1u : hash;
 }
 
-const InstrumentationValue *findProperty(const InstrumentationInstance &instance,
-                                         const std::string &name) {
-    for (const auto &property : instance) {
-        if (sameIgnoringCase(property.first, name)) return &property.second;
+// The kernel's percentage, or the energy (or charge) now against full.
+std::optional<int64_t> batteryPercent(PowerSupply &battery) {
+    if (const std::optional<int64_t> percent = battery.capacity_percent()) {
+        if (*percent < 0 || *percent > 100) battery.reading().markMalformed();
+        return percent;
     }
-    return nullptr;
+    std::optional<int64_t> now = battery.energyNow_uWh(), full = battery.energyFull_uWh();
+    if (!now || !full) {
+        now = battery.chargeNow_uAh();
+        full = battery.chargeFull_uAh();
+    }
+    if (!now || !full || *full <= 0 || *now < 0) return std::nullopt;
+    return *now >= *full ? 100 : *now * 100 / *full;
 }
 
 class ThisMachine : public Machine {
@@ -124,199 +86,144 @@ public:
             std::chrono::duration<double, std::milli>(milliseconds / gTimeScale.load()));
     }
 
-    uint32_t openDevice(const std::string &path, void **handle) override {
-        if (sameIgnoringCase(path, kDisplayPath)) {
-            std::lock_guard<std::mutex> lock(mutex_);
-            if (const uint32_t error = display_.open()) return error;
-            *handle = newHandle(kDisplayPath);
-            return 0;
-        }
+    void beginRequest() override { tRequest.emplace(newRequest()); }
+
+    // One device per system battery, named after its supply.
+    std::vector<BatteryDevice> batteryDevices() override {
         SysfsReading reading = newRequest();
+        std::vector<BatteryDevice> devices;
         for (const std::string &supply : systemBatteries(reading)) {
-            if (!sameIgnoringCase(battery_device::pathOf(supply), path)) continue;
-            std::lock_guard<std::mutex> lock(mutex_);
-            *handle = newHandle(supply);
-            return 0;
+            devices.push_back({supply, "POWER_SUPPLY#" + supply, ""});
         }
-        return kErrorFileNotFound;
+        return devices;
     }
-    uint32_t controlDevice(void *handle, uint32_t code, const void *input, uint32_t inputSize,
-                           void *output, uint32_t outputSize, uint32_t *returned) override {
-        std::string supply;
-        {
-            std::lock_guard<std::mutex> lock(mutex_);
-            const auto found = handles_.find(handle);
-            if (found == handles_.end()) return kErrorInvalidHandle;
-            supply = found->second;
-            if (supply == kDisplayPath) {
-                return display_.control(code, input, inputSize, output, outputSize, returned);
-            }
-        }
-        SysfsReading reading = newRequest();
-        return battery_device::answer(reading, supply, code, input, inputSize, output, outputSize,
-                                      returned);
+    // A battery taken out of its slot, or a supply that is gone, has no tag.
+    std::optional<uint32_t> batteryTag(const std::string &supply) override {
+        PowerSupply battery(requestReading(), supply);
+        const bool there =
+            battery.isSystemBattery() && battery.present() && !battery.reading().sawMalformed();
+        if (!there) return std::nullopt;
+        return tagOf(supply);
     }
-    bool closeDevice(void *handle) override {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return handles_.erase(handle) == 1;
+    std::optional<BatteryFigures> batteryFigures(const std::string &supply) override {
+        PowerSupply battery(requestReading(), supply);
+        return battery_records::information(battery);
+    }
+    std::optional<uint32_t> batteryTemperature_deciKelvin(const std::string &supply) override {
+        PowerSupply battery(requestReading(), supply);
+        return battery_records::temperature(battery);
+    }
+    // Not given by the kernel's class.
+    std::optional<std::optional<uint32_t>> batteryTimeLeft_s(const std::string &) override {
+        return std::nullopt;
+    }
+    std::optional<BatteryDate> batteryManufactureDate(const std::string &supply) override {
+        PowerSupply battery(requestReading(), supply);
+        return battery_records::manufactureDate(battery);
+    }
+    std::optional<std::string> batteryText(const std::string &supply, BatteryText which) override;
+    std::optional<BatteryStatus> batteryStatus(const std::string &supply) override {
+        SysfsReading &reading = requestReading();
+        PowerSupply battery(reading, supply);
+        return battery_records::status(battery, onAcLine(reading));
     }
 
     // The AC adapters first, then each battery, as Windows lists them.
     std::vector<SetupDevice> batteryClassDevices() override {
         SysfsReading reading = newRequest();
+        const std::string version = kernelRelease();
         std::vector<SetupDevice> devices;
         for (const std::string &supply : adapters(reading)) {
-            devices.push_back({"AC adapter " + supply, driverKey(devices.size())});
+            devices.push_back({"AC adapter " + supply, batteryDriverKey(devices.size()), version});
         }
         for (const std::string &supply : systemBatteries(reading)) {
-            devices.push_back({"Battery " + supply, driverKey(devices.size())});
+            devices.push_back({"Battery " + supply, batteryDriverKey(devices.size()), version});
         }
         return devices;
     }
-    std::vector<std::string> batteryInterfacePaths() override {
-        SysfsReading reading = newRequest();
-        std::vector<std::string> paths;
-        for (const std::string &supply : systemBatteries(reading)) {
-            paths.push_back(battery_device::pathOf(supply));
-        }
-        return paths;
+
+    bool hasDisplay() override {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return display_.open();
     }
-    std::optional<std::string> registryText(const std::string &keyPath,
-                                            const std::string &name) override {
-        if (!sameIgnoringCase(name, "DriverVersion")) return std::nullopt;
-        const size_t devices = batteryClassDevices().size();
-        for (size_t index = 0; index < devices; ++index) {
-            if (sameIgnoringCase(keyPath, kDriverClassRoot + driverKey(index)))
-                return kernelRelease();
-        }
-        return std::nullopt;
+    std::optional<DisplayLevels> displayLevels() override {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return display_.levels();
+    }
+    bool setDisplayLevels(std::optional<uint32_t> onAc,
+                          std::optional<uint32_t> onBattery) override {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return display_.set(onAc, onBattery);
     }
 
-    uint32_t systemPower(SystemPower *power) override {
-        SysfsReading reading = newRequest();
-        power->acOnLine = onAcLine(reading);
-        int64_t percentSum = 0;
-        unsigned counted = 0;
-        for (const std::string &name : systemBatteries(reading)) {
-            PowerSupply battery(reading, name);
-            if (!battery.present()) continue;
-            const std::optional<int64_t> percent = batteryPercent(battery);
-            if (!percent) continue;
-            percentSum += *percent;
-            ++counted;
-        }
-        if (reading.sawMalformed()) return kErrorGenFailure;
-        power->anyBattery = counted > 0;
-        power->batteryPercent = counted > 0 ? static_cast<uint32_t>(percentSum / counted) : 255;
-        return 0;
-    }
-    // power-profiles-daemon or the firmware's platform profile; neither makes
-    // the query fail, as Windows's does without a power scheme.
+    uint32_t systemPower(SystemPower *power) override;
+    // power-profiles-daemon or the firmware's platform profile.
     uint32_t activeScheme(PowerScheme *scheme) override {
-        machine_settings::Scheme found = machine_settings::Scheme::Balanced;
         std::lock_guard<std::mutex> lock(mutex_);
-        const uint32_t error = schemes_.active(found);
-        if (error == 0) *scheme = windowsScheme(found);
-        return error;
+        return schemes_.active(*scheme);
     }
     uint32_t setActiveScheme(PowerScheme scheme) override {
         std::lock_guard<std::mutex> lock(mutex_);
-        return schemes_.set(settingsScheme(scheme));
+        return schemes_.set(scheme);
     }
 
-    int32_t comInitialize(uint32_t coInit) override { return com_.initialize(coInit); }
-    void comUninitialize() override { com_.uninitialize(); }
-    int32_t comInitializeSecurity() override { return com_.initializeSecurity(); }
-    bool comUsable() override { return com_.usable(); }
-    bool comStepFails(const char *) override { return false; }
-    bool knowsNamespace(const std::string &name) override {
-        return sameIgnoringCase(name, "ROOT\\CIMV2");
+    ComApartment &comApartment() override { return com_; }
+    bool knowsNamespace(const std::string &name) override { return knownNamespace(name); }
+    // The batteries there that have an identity.
+    std::vector<BatteryRow> batteryRows() override {
+        SysfsReading reading = newRequest();
+        std::vector<BatteryRow> rows;
+        for (const std::string &name : systemBatteries(reading)) {
+            PowerSupply battery(reading, name);
+            if (!battery.present()) continue;
+            const std::optional<std::string> id = battery_records::uniqueId(battery);
+            if (!id) continue;
+            rows.push_back({*id, battery.modelName(), battery_records::designVoltage_mV(battery)});
+        }
+        return rows;
     }
-    InstrumentationAnswer query(const std::string &language, const std::string &wql) override;
 
     uint32_t writePort(uint16_t, uint8_t) override { return kPortRefused; }
     uint32_t readPort(uint16_t, uint8_t *) override { return kPortRefused; }
 
 private:
-    // The kernel's percentage, or the energy (or charge) now against full.
-    static std::optional<int64_t> batteryPercent(PowerSupply &battery) {
-        if (const std::optional<int64_t> percent = battery.capacity_percent()) {
-            if (*percent < 0 || *percent > 100) battery.reading().markMalformed();
-            return percent;
-        }
-        std::optional<int64_t> now = battery.energyNow_uWh(), full = battery.energyFull_uWh();
-        if (!now || !full) {
-            now = battery.chargeNow_uAh();
-            full = battery.chargeFull_uAh();
-        }
-        if (!now || !full || *full <= 0 || *now < 0) return std::nullopt;
-        return *now >= *full ? 100 : *now * 100 / *full;
-    }
-
-    void *newHandle(const std::string &supply) {
-        void *fresh = reinterpret_cast<void *>(nextHandle_);
-        nextHandle_ += 4; // Windows handles are multiples of four
-        handles_[fresh] = supply;
-        return fresh;
-    }
-
     std::mutex mutex_;
-    std::map<void *, std::string> handles_;
-    uintptr_t nextHandle_ = 0x2000;
     ComApartment com_;
-    machine_settings::DisplayAnswer display_;
-    machine_settings::SchemeAnswer schemes_;
+    DisplayAnswer display_;
+    SchemeAnswer schemes_;
 };
 
-InstrumentationAnswer ThisMachine::query(const std::string &language, const std::string &wql) {
-    InstrumentationAnswer answer;
-    if (!sameIgnoringCase(language, "WQL")) {
-        answer.status = kInvalidQueryType;
-        return answer;
+std::optional<std::string> ThisMachine::batteryText(const std::string &supply, BatteryText which) {
+    PowerSupply battery(requestReading(), supply);
+    switch (which) {
+    case BatteryText::DeviceName:
+        return battery.modelName();
+    case BatteryText::Manufacturer:
+        return battery.manufacturer();
+    case BatteryText::UniqueId:
+        return battery_records::uniqueId(battery);
+    default:
+        return battery.serialNumber();
     }
-    const std::optional<WqlStatement> statement = parseWql(wql);
-    if (!statement) {
-        answer.status = kInvalidQuery;
-        return answer;
-    }
-    if (!sameIgnoringCase(statement->className, "Win32_Battery")) {
-        answer.status = kInvalidClass;
-        return answer;
-    }
+}
+
+uint32_t ThisMachine::systemPower(SystemPower *power) {
     SysfsReading reading = newRequest();
-    std::vector<InstrumentationInstance> instances;
+    power->acOnLine = onAcLine(reading);
+    int64_t percentSum = 0;
+    unsigned counted = 0;
     for (const std::string &name : systemBatteries(reading)) {
         PowerSupply battery(reading, name);
-        if (battery.present() && battery_records::uniqueId(battery)) {
-            instances.push_back(batteryInstance(battery));
-        }
+        if (!battery.present()) continue;
+        const std::optional<int64_t> percent = batteryPercent(battery);
+        if (!percent) continue;
+        percentSum += *percent;
+        ++counted;
     }
-    // Every name must belong to the class, whether or not a row comes.
-    const InstrumentationInstance shape = {{"DeviceID", {}}, {"Name", {}}, {"DesignVoltage", {}}};
-    for (const std::string &name : statement->selected) {
-        if (findProperty(shape, name) == nullptr) answer.status = kInvalidQuery;
-    }
-    if (statement->filter && findProperty(shape, statement->filter->first) == nullptr) {
-        answer.status = kInvalidQuery;
-    }
-    if (answer.status != 0) return answer;
-    for (const InstrumentationInstance &instance : instances) {
-        if (statement->filter) {
-            const InstrumentationValue *value = findProperty(instance, statement->filter->first);
-            if (value->kind != InstrumentationValue::Text ||
-                !sameIgnoringCase(value->text, statement->filter->second)) {
-                continue;
-            }
-        }
-        InstrumentationInstance row;
-        for (const std::string &name : statement->selected) {
-            for (const auto &property : instance) {
-                if (sameIgnoringCase(property.first, name)) row[property.first] = property.second;
-            }
-        }
-        answer.rows.push_back(row);
-    }
-    return answer;
+    if (reading.sawMalformed()) return ERROR_GEN_FAILURE;
+    power->anyBattery = counted > 0;
+    power->batteryPercent = counted > 0 ? static_cast<uint32_t>(percentSum / counted) : 255;
+    return 0;
 }
 
 } // namespace

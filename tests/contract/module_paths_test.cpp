@@ -49,7 +49,7 @@ Shape shapeOf(ModuleInterface &module) {
 
 // Nothing that the module opened stays open once it is released.
 void expectNothingLeftOpen() {
-    EXPECT_EQ(notebook().devices().openHandles(), 0u);
+    EXPECT_EQ(notebook().registry().openHandles, 0u);
     EXPECT_EQ(notebook().registry().openSets, 0u);
     EXPECT_EQ(notebook().counters().comObjects, 0);
 }

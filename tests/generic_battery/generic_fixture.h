@@ -37,5 +37,5 @@ inline std::string twoBatteries(const std::string &first, const std::string &sec
 }
 
 inline uint64_t openHandles() {
-    return emulator::Notebook::instance().devices().openHandles();
+    return emulator::Notebook::instance().registry().openHandles;
 }

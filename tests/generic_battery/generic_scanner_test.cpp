@@ -156,6 +156,11 @@ INSTANTIATE_TEST_SUITE_P(
                  chemistry(std::string("Li\0\0", 4))},
         ReadCase{"alkaline", R"(, "chemistry": "RAM")", "", 0,
                  chemistry("RECHARGEABLE_ALKALINE-MANGANESE")},
+        ReadCase{"alternative lithium-ion code", R"(, "chemistry": "Li-I")", "", 0,
+                 chemistry("LITHIUM_ION")},
+        // Lithium polymer is a smart battery's code, not the driver's.
+        ReadCase{"polymer code stays as given", R"(, "chemistry": "LiP")", "", 0,
+                 chemistry(std::string("LiP\0", 4))},
         ReadCase{"blanks around the name", R"(, "deviceName": " OS 4 ")", "", 0,
                  [](GenericBatteryInfo &i) { i.name = " OS 4 "; }},
         ReadCase{"vanishes after the tag", R"(, "driver": {"vanishAfterRequests": 1})", "", 38,

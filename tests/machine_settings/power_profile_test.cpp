@@ -79,8 +79,8 @@ INSTANTIATE_TEST_SUITE_P(Table, PlatformProfileRead,
                                            ReadRow{"low-power", Scheme::PowerSaver},
                                            ReadRow{"quiet", Scheme::PowerSaver},
                                            ReadRow{"cool", Scheme::PowerSaver},
-                                           ReadRow{"balanced-performance", Scheme::Own},
-                                           ReadRow{"custom", Scheme::Own}),
+                                           ReadRow{"balanced-performance", Scheme::Custom},
+                                           ReadRow{"custom", Scheme::Custom}),
                          [](const ::testing::TestParamInfo<ReadRow> &info) {
                              std::string name = info.param.file;
                              for (char &c : name) c = c == '-' ? '_' : c;
@@ -113,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(
         WriteRow{"NoPerformanceOffered", "low-power balanced\n", Scheme::HighPerformance, nullptr},
         WriteRow{"NoBalancedOffered", "quiet performance\n", Scheme::Balanced, nullptr},
         WriteRow{"NoChoicesFile", nullptr, Scheme::Balanced, nullptr},
-        WriteRow{"OwnCannotBeNamed", "balanced-performance balanced\n", Scheme::Own, nullptr}),
+        WriteRow{"OwnCannotBeNamed", "balanced-performance balanced\n", Scheme::Custom, nullptr}),
     [](const ::testing::TestParamInfo<WriteRow> &info) { return std::string(info.param.name); });
 
 TEST(PowerProfile, WithNeitherSourceTheQueryFails) {
@@ -191,6 +191,6 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(PowerProfile, AScopeTheDaemonCannotNameIsRefused) {
     bus_mock::Service daemon = daemonMock("balanced");
     std::unique_ptr<PowerProfile> profile = machine_settings::newDaemonProfile();
-    EXPECT_FALSE(profile->apply(Scheme::Own));
+    EXPECT_FALSE(profile->apply(Scheme::Custom));
     EXPECT_TRUE(daemon.calls(std::vector<std::string>{"HoldProfile", "Set"}).empty());
 }

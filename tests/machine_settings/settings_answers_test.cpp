@@ -1,15 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <ntddvdeo.h>
+#include <windows.h>
+
 #include <array>
 
-#include "machine_settings/settings_answers.h"
+#include "platform_layer/this_machine.h"
 #include "testbed.h"
 
-// The Windows display and scheme requests answered from a testbed.
-
-using machine_settings::DisplayAnswer;
-using machine_settings::Scheme;
-using machine_settings::SchemeAnswer;
+// This machine's display and power scheme as the Windows names give them,
+// answered from a testbed's backlight and platform profile.
 
 namespace {
 
@@ -26,27 +26,38 @@ struct DisplayRow {
     const char *raw;               // the device's level afterwards
 };
 
-class DisplayRequests : public ::testing::TestWithParam<DisplayRow> {};
+class DisplayRequests : public ::testing::TestWithParam<DisplayRow> {
+protected:
+    void SetUp() override { platform_layer::useMachine(&platform_layer::thisMachine()); }
+    void TearDown() override { platform_layer::useMachine(nullptr); }
+};
 
-constexpr uint32_t kQuery = DisplayAnswer::kQueryBrightness;
-constexpr uint32_t kSet = DisplayAnswer::kSetBrightness;
+constexpr uint32_t kQuery = IOCTL_VIDEO_QUERY_DISPLAY_BRIGHTNESS;
+constexpr uint32_t kSet = IOCTL_VIDEO_SET_DISPLAY_BRIGHTNESS;
+
+HANDLE openDisplay() {
+    return CreateFileA("\\\\.\\LCD", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0,
+                       nullptr);
+}
 
 } // namespace
 
 TEST_P(DisplayRequests, AnswerFromTheOneLevel) {
     Testbed testbed;
     testbed.addBacklight("intel_backlight", "raw", 500, 937);
-    DisplayAnswer display;
-    ASSERT_EQ(display.open(), 0u);
+    HANDLE display = openDisplay();
+    ASSERT_NE(display, INVALID_HANDLE_VALUE);
     std::array<uint8_t, 3> output = {};
-    uint32_t returned = 99;
+    DWORD returned = 99;
     const DisplayRow &row = GetParam();
-    EXPECT_EQ(display.control(row.code, row.input.data(), row.inputSize, output.data(),
-                              row.outputSize, &returned),
-              row.error);
+    std::array<uint8_t, 3> input = row.input;
+    const BOOL done = DeviceIoControl(display, row.code, input.data(), row.inputSize, output.data(),
+                                      row.outputSize, &returned, nullptr);
+    EXPECT_EQ(done ? 0u : GetLastError(), row.error);
     EXPECT_EQ(output, row.output);
     EXPECT_EQ(returned, row.code == kQuery && row.error == 0 ? 3u : 0u);
     EXPECT_EQ(testbed.readFile(kBrightness), row.raw);
+    EXPECT_TRUE(CloseHandle(display));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -62,32 +73,30 @@ INSTANTIATE_TEST_SUITE_P(
                       DisplayRow{"OtherRequest", 0x230494, {}, 0, 3, 1, {}, "500"}),
     [](const ::testing::TestParamInfo<DisplayRow> &info) { return std::string(info.param.name); });
 
-TEST(DisplayAnswer, NoBacklightIsNoDisplay) {
+TEST(ThisMachineSettings, NoBacklightIsNoDisplay) {
     Testbed testbed;
-    DisplayAnswer display;
-    EXPECT_EQ(display.open(), 2u);
-    uint8_t output[3] = {};
-    EXPECT_EQ(display.control(kQuery, nullptr, 0, output, 3, nullptr), 2u);
+    platform_layer::useMachine(&platform_layer::thisMachine());
+    EXPECT_EQ(openDisplay(), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    platform_layer::useMachine(nullptr);
 }
 
-TEST(SchemeAnswer, FromThePlatformProfileOrNothing) {
+TEST(ThisMachineSettings, SchemeFromThePlatformProfileOrNothing) {
+    using platform_layer::PowerScheme;
+    platform_layer::Machine &machine = platform_layer::thisMachine();
     {
         Testbed testbed;
-        SchemeAnswer none;
-        Scheme scheme = Scheme::Balanced;
-        EXPECT_EQ(none.active(scheme), 50u) << "neither source: the query fails";
-        EXPECT_EQ(none.set(Scheme::Balanced), 50u);
-        EXPECT_EQ(none.source(), "");
+        PowerScheme scheme = PowerScheme::Balanced;
+        EXPECT_EQ(machine.activeScheme(&scheme), 50u) << "neither source: the query fails";
+        EXPECT_EQ(machine.setActiveScheme(PowerScheme::Balanced), 50u);
     }
     Testbed testbed;
     testbed.writeFile("firmware/acpi/platform_profile", "quiet\n");
     testbed.writeFile("firmware/acpi/platform_profile_choices", "quiet balanced performance\n");
-    SchemeAnswer answer;
-    Scheme scheme = Scheme::Balanced;
-    ASSERT_EQ(answer.active(scheme), 0u);
-    EXPECT_EQ(scheme, Scheme::PowerSaver);
-    EXPECT_EQ(answer.set(Scheme::HighPerformance), 0u);
+    PowerScheme scheme = PowerScheme::Balanced;
+    ASSERT_EQ(machine.activeScheme(&scheme), 0u);
+    EXPECT_EQ(scheme, PowerScheme::PowerSaver);
+    EXPECT_EQ(machine.setActiveScheme(PowerScheme::HighPerformance), 0u);
     EXPECT_EQ(testbed.readFile("firmware/acpi/platform_profile"), "performance");
-    EXPECT_EQ(answer.set(Scheme::Own), 31u);
-    EXPECT_EQ(answer.source(), "platform_profile");
+    EXPECT_EQ(machine.setActiveScheme(PowerScheme::Custom), 31u);
 }

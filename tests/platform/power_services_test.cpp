@@ -29,7 +29,7 @@ TEST(PowerManager, ReadsAndSetsTheDisplayForAcAndBatteryAlike) {
     EXPECT_EQ(power->setBrightness(0), 0u) << "0 is a valid level";
     EXPECT_EQ(machinePower().acBrightness, 0u);
     EXPECT_EQ(machinePower().dcBrightness, 0u);
-    EXPECT_EQ(emulator::Notebook::instance().devices().openHandles(), 0u) << "device closed";
+    EXPECT_EQ(emulator::Notebook::instance().registry().openHandles, 0u) << "device closed";
 }
 
 TEST(PowerManager, SchemesByNumberAndAUsersOwnComesBackAsOther) {
@@ -72,7 +72,7 @@ TEST_P(PowerFault, GivesItsStatusAndLeavesOutValuesAlone) {
     EXPECT_EQ(power->setBrightness(50), GetParam().brightnessSettable ? 0u : 1u);
     power->setPowerScheme(0);
     EXPECT_EQ(power->getPowerScheme(), GetParam().schemeKnown ? 0u : 3u);
-    EXPECT_EQ(emulator::Notebook::instance().devices().openHandles(), 0u);
+    EXPECT_EQ(emulator::Notebook::instance().registry().openHandles, 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(

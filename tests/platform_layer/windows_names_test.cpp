@@ -123,19 +123,19 @@ TEST(PlatformLayer, BatteryInterfacesGiveTheirPaths) {
     }
     SetupDiDestroyDeviceInfoList(set);
     ASSERT_EQ(paths.size(), 2u);
-    EXPECT_EQ(paths[1], emulator::batteryDevicePath(1));
+    EXPECT_EQ(paths[1], "\\\\?\\ACPI#PNP0C0A#2#{72631e54-78a4-11d0-bcf7-00aa00b7b32a}");
 }
 
 TEST(PlatformLayer, HandlesOpenControlAndCloseOnce) {
     install(kTwoBatteries);
-    auto &devices = emulator::Notebook::instance().devices();
+    const auto &devices = emulator::Notebook::instance().registry();
     EXPECT_EQ(CreateFileA("\\\\.\\NOPE", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr),
               INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
     HANDLE display = CreateFileW(u"\\\\.\\lcd", GENERIC_READ | GENERIC_WRITE, 3, nullptr,
                                  OPEN_EXISTING, 0x80, nullptr);
     ASSERT_NE(display, INVALID_HANDLE_VALUE);
-    EXPECT_EQ(devices.openHandles(), 1u);
+    EXPECT_EQ(devices.openHandles, 1u);
     DISPLAY_BRIGHTNESS brightness = {DISPLAYPOLICY_BOTH, 101, 101};
     DWORD returned = 0;
     EXPECT_FALSE(DeviceIoControl(display, IOCTL_VIDEO_SET_DISPLAY_BRIGHTNESS, &brightness,
@@ -143,7 +143,7 @@ TEST(PlatformLayer, HandlesOpenControlAndCloseOnce) {
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_PARAMETER)) << "levels run 0-100";
     EXPECT_TRUE(CloseHandle(display));
     EXPECT_FALSE(CloseHandle(display));
-    EXPECT_EQ(devices.openHandles(), 0u);
+    EXPECT_EQ(devices.openHandles, 0u);
 }
 
 TEST(PlatformLayer, PowerStatusFlagsFollowTheBatteries) {

@@ -96,6 +96,8 @@ INSTANTIATE_TEST_SUITE_P(
                       PropertyCase{R"("chemistry": "LiP")", "CHEMISTRY", "LITHIUM_POLYMER"},
                       PropertyCase{R"("chemistry": "")", "CHEMISTRY", "NOT_AVAILABLE"},
                       PropertyCase{R"("chemistry": "lion")", "CHEMISTRY", "OTHER"},
+                      // The driver's alternative lithium-ion code is not a smart battery's.
+                      PropertyCase{R"("chemistry": "Li-I")", "CHEMISTRY", "OTHER"},
                       PropertyCase{R"("chemistry": "PbAcid")", "CHEMISTRY", "OTHER"}),
     propertyCaseName);
 

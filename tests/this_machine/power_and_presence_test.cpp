@@ -36,7 +36,7 @@ TEST_P(PowerAndPresence, FollowTheSupplies) {
     if (*row.supply != '\0' && row.text != nullptr)
         testbed.set(row.supply, row.attribute, row.text);
     if (*row.supply != '\0' && row.text == nullptr) testbed.remove(row.supply, row.attribute);
-    EXPECT_EQ(platform_layer::currentMachine().batteryInterfacePaths().size(), row.batteries);
+    EXPECT_EQ(platform_layer::currentMachine().batteryDevices().size(), row.batteries);
     EXPECT_EQ(powerLine(), row.power);
 }
 

@@ -20,8 +20,11 @@ protected:
 
 // The device path of a supply's battery device, as the device setup lists it.
 inline std::string batteryPath(const std::string &supply) {
-    for (const std::string &path : platform_layer::currentMachine().batteryInterfacePaths()) {
-        if (path.find("#" + supply + "#") != std::string::npos) return path;
+    for (const platform_layer::BatteryDevice &device :
+         platform_layer::currentMachine().batteryDevices()) {
+        if (device.name == supply) {
+            return "\\\\?\\" + device.instance + "#{72631e54-78a4-11d0-bcf7-00aa00b7b32a}";
+        }
     }
     return "";
 }

@@ -5,10 +5,8 @@
 #include <string>
 
 #include "emulator/clock.h"
-#include "emulator/com_runtime.h"
 #include "emulator/counters.h"
 #include "emulator/device_registry.h"
-#include "emulator/device_table.h"
 #include "emulator/embedded_controller.h"
 #include "emulator/emulator_api.h"
 #include "emulator/port_trace.h"
@@ -45,15 +43,6 @@ public:
         ensureInstalled();
         return portTrace_;
     }
-    // COM on the module's thread.
-    ComRuntime &com() {
-        ensureInstalled();
-        return com_;
-    }
-    DeviceTable &devices() {
-        ensureInstalled();
-        return devices_;
-    }
     DeviceRegistry &registry() {
         ensureInstalled();
         return registry_;
@@ -83,6 +72,18 @@ public:
     uint32_t portWrite(uint16_t port, uint8_t value);
     uint32_t portRead(uint16_t port, uint8_t *value);
 
+    // Scenarios installed so far: whatever a scenario starts afresh (COM on
+    // the module's thread) starts again when this changes.
+    uint64_t installations() {
+        ensureInstalled();
+        return installations_;
+    }
+    // A request reached the battery's driver; a battery whose driver leaves
+    // after so many requests is gone from then on.
+    void driverRequested(size_t battery);
+    // The battery is in its slot and its driver has not left.
+    bool batteryThere(size_t battery);
+
     // The scenario named by EMULATED_NOTEBOOK, or "default".
     static std::string scenarioFromEnvironment();
 
@@ -100,11 +101,11 @@ private:
     Counters counters_;
     PortTrace portTrace_;
     EmbeddedController controller_;
-    ComRuntime com_;
-    DeviceTable devices_;
     DeviceRegistry registry_;
     PowerState power_;
     std::vector<BatteryDescription> batteries_;
+    std::vector<uint32_t> driverRequests_; // per battery
+    uint64_t installations_ = 0;
     uint64_t physicsAtMs_ = 0;
     size_t nextEvent_ = 0;
     uint32_t systemEvents_ = 0;

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform_layer/power_scheme.h"
+
 // A machine description, as loaded from a scenario file. Every section has
 // defaults, so a scenario names only what differs from a plain notebook.
 namespace emulator {
@@ -27,11 +29,11 @@ struct RawDriverAnswer {
 // Faults of the operating system's battery driver for one battery.
 struct DriverFaults {
     // The battery leaves after this many driver requests on its device: its
-    // tag goes stale and every later request fails with ERROR_FILE_NOT_FOUND.
-    // 0: it never leaves.
+    // tag goes stale and every later request finds no battery. 0: it never
+    // leaves.
     uint32_t vanishAfterRequests = 0;
     // Information levels (BatteryInformation, BatteryTemperature, ...) that
-    // the driver refuses with ERROR_GEN_FAILURE.
+    // the driver does not give.
     std::vector<std::string> failingLevels;
     bool statusFails = false;       // IOCTL_BATTERY_QUERY_STATUS fails
     bool unterminatedTexts = false; // texts fill the whole buffer, no terminator
@@ -40,8 +42,8 @@ struct DriverFaults {
     // The driver's text for the serial number where it is not the number
     // itself (padded with blanks, say); empty: the number.
     std::string serialNumberText;
-    // The tag request fails (ERROR_GEN_FAILURE) yet leaves the battery's tag
-    // in the caller's buffer, as a driver that is half-way through a reset.
+    // The tag request fails yet leaves the battery's tag in the caller's
+    // buffer, as a driver that is half-way through a reset.
     bool tagFails = false;
     // The battery shows through a further interface of the device in this
     // slot rather than a device of its own, so the device scanner lists its
@@ -154,7 +156,7 @@ struct OperatingSystemSection {
     std::vector<ClassDevice> classDevices;
 };
 
-enum class PowerScheme { HighPerformance, Balanced, PowerSaver, Custom };
+using PowerScheme = platform_layer::PowerScheme;
 
 struct PowerSection {
     bool ac = false;

@@ -4,11 +4,13 @@
 #include <memory>
 #include <string>
 
+#include "platform_layer/power_scheme.h"
+
 namespace machine_settings {
 
-// The machine's power profile, named the way the module names Windows's
-// power schemes. A profile that none of these names fits is the user's own.
-enum class Scheme { HighPerformance, Balanced, PowerSaver, Own };
+// The machine's power profile, named as the power schemes. A profile that
+// none of the shipped schemes fits is the user's own (Custom).
+using Scheme = platform_layer::PowerScheme;
 
 Scheme schemeOf(const std::string &profile);
 

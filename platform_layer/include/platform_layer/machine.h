@@ -5,28 +5,35 @@
 #include <string>
 #include <vector>
 
-#include "platform_layer/instrumentation_answer.h"
+#include "platform_layer/battery_facts.h"
+#include "platform_layer/power_scheme.h"
+#include "platform_layer/protocol_faults.h"
 #include "win32_api.h"
 
 // The one interface the Windows names of the platform layer answer from.
 //
 // The layer (kernel32, setupapi, cfgmgr32, advapi32, powrprof, ole32,
-// oleaut32, the instrumentation client) keeps the Windows side: handles,
-// record layouts, size protocols, GUIDs, COM objects. A Machine keeps the
-// other side: what the devices, settings and services of one computer say.
-// Two machines stand behind it, and neither knows the other:
+// oleaut32, the instrumentation client) keeps the whole Windows side:
+// handles, device paths, request codes, record layouts, size protocols,
+// GUIDs, COM objects, WQL and error codes. A Machine keeps the other side,
+// in its own terms: what the batteries, the power line, the display, the
+// power scheme and the instrumentation rows of one computer say. Two
+// machines stand behind it, and neither knows the other:
 //   - the emulated notebook (platform_layer/emulated), scenarios and faults;
 //   - this machine (platform_layer/this_machine), the Linux computer the
 //     process runs on.
-// Every call is answered afresh; results are Windows error codes (0 success)
-// unless said otherwise, COM results are HRESULT values.
+// Every call is answered afresh. A battery goes by the machine's own name of
+// it (BatteryDevice::name); a battery level a machine does not give is empty.
 namespace platform_layer {
+
+class ComApartment; // platform_layer/src/com_apartment.h
 
 // A device of the battery setup class, as SetupDiGetDeviceRegistryProperty
 // shows it.
 struct SetupDevice {
     std::string description;
-    std::optional<std::string> driverKey; // under ...\Control\Class\, when it has one
+    std::optional<std::string> driverKey;     // under ...\Control\Class\, when it has one
+    std::optional<std::string> driverVersion; // the DriverVersion value under that key
 };
 
 // What GetSystemPowerStatus reports.
@@ -37,16 +44,17 @@ struct SystemPower {
     uint32_t batteryPercent = 255; // 255: unknown or no battery
 };
 
-// The power schemes Windows ships, and one a user made. The layer maps them
-// to and from their GUIDs.
-enum class PowerScheme { HighPerformance, Balanced, PowerSaver, Custom };
-
 // Things the layer did that a machine may count for tests and benchmarks.
 enum class LayerEvent {
     DeviceSetOpened,
     DeviceSetDestroyed,
+    DeviceOpened,
+    DeviceClosed,
     ComObjectMade,
     ComObjectReleased,
+    ComStarted,
+    ComEnded,
+    ComEndedUnbalanced,
     DeviceTreeReenumerated,
     InstrumentationQueried,
 };
@@ -59,52 +67,55 @@ public:
     virtual uint32_t tickCount() = 0;
     virtual void sleep(uint32_t milliseconds) = 0;
 
-    // --- Devices opened by path (CreateFile, DeviceIoControl, CloseHandle):
-    // the battery device interfaces answer the battery class requests, and
-    // the display "\\.\LCD" answers the brightness requests
-    // (IOCTL_VIDEO_QUERY_SUPPORTED_BRIGHTNESS, _QUERY_DISPLAY_BRIGHTNESS,
-    // _SET_DISPLAY_BRIGHTNESS). A machine without a controllable display
-    // answers its open with ERROR_FILE_NOT_FOUND.
-    virtual uint32_t openDevice(const std::string &path, void **handle) = 0;
-    virtual uint32_t controlDevice(void *handle, uint32_t code, const void *input,
-                                   uint32_t inputSize, void *output, uint32_t outputSize,
-                                   uint32_t *returned) = 0;
-    virtual bool closeDevice(void *handle) = 0;
-
-    // --- Device setup and the registry.
+    // --- Batteries, each as its driver knows it now.
+    virtual std::vector<BatteryDevice> batteryDevices() = 0;
+    // A device request starts: what a machine reads for it from here on
+    // is one picture of the machine.
+    virtual void beginRequest() {}
+    // The number of the battery's present insertion; none while its slot is
+    // empty or it is gone.
+    virtual std::optional<uint32_t> batteryTag(const std::string &battery) = 0;
+    virtual std::optional<BatteryFigures> batteryFigures(const std::string &battery) = 0;
+    virtual std::optional<uint32_t> batteryTemperature_deciKelvin(const std::string &battery) = 0;
+    // The time left at the present rate: a level some drivers give without
+    // ever knowing it.
+    virtual std::optional<std::optional<uint32_t>>
+    batteryTimeLeft_s(const std::string &battery) = 0;
+    virtual std::optional<BatteryDate> batteryManufactureDate(const std::string &battery) = 0;
+    virtual std::optional<std::string> batteryText(const std::string &battery,
+                                                   BatteryText which) = 0;
+    virtual std::optional<BatteryStatus> batteryStatus(const std::string &battery) = 0;
     // The devices of the battery setup class (AC adapters and batteries).
     virtual std::vector<SetupDevice> batteryClassDevices() = 0;
-    // Device paths of the battery device interfaces, one per battery.
-    virtual std::vector<std::string> batteryInterfacePaths() = 0;
-    // A REG_SZ value under HKEY_LOCAL_MACHINE; nothing when the key or the
-    // value does not exist. Key paths and names compare without case.
-    virtual std::optional<std::string> registryText(const std::string &keyPath,
-                                                    const std::string &name) = 0;
+
+    // --- The display: none when the machine has no controllable display.
+    virtual bool hasDisplay() = 0;
+    virtual std::optional<DisplayLevels> displayLevels() = 0;
+    // Sets the levels given; false when the display refuses.
+    virtual bool setDisplayLevels(std::optional<uint32_t> onAc_percent,
+                                  std::optional<uint32_t> onBattery_percent) = 0;
 
     // --- Power: GetSystemPowerStatus, PowerGetActiveScheme,
-    // PowerSetActiveScheme. A set is a change a test must put back; the
-    // machine records or applies it.
+    // PowerSetActiveScheme; results are error codes of <winerror.h>, 0
+    // success. A set is a change a test must put back; the machine records
+    // or applies it.
     virtual uint32_t systemPower(SystemPower *power) = 0;
     virtual uint32_t activeScheme(PowerScheme *scheme) = 0;
     virtual uint32_t setActiveScheme(PowerScheme scheme) = 0;
 
     // --- COM on the calling thread and the instrumentation service.
-    virtual int32_t comInitialize(uint32_t coInit) = 0;
-    virtual void comUninitialize() = 0;
-    virtual int32_t comInitializeSecurity() = 0;
-    // Whether the thread can use COM objects at all.
-    virtual bool comUsable() = 0;
-    // True when this machine makes the named step fail ("CoCreateInstance",
-    // "ConnectServer", "ExecQuery", "Get", ...).
-    virtual bool comStepFails(const char *step) = 0;
+    virtual ComApartment &comApartment() = 0;
     virtual bool knowsNamespace(const std::string &name) = 0;
-    virtual InstrumentationAnswer query(const std::string &language, const std::string &wql) = 0;
+    // The instances of Win32_Battery.
+    virtual std::vector<BatteryRow> batteryRows() = 0;
 
     // --- The port library stand-in: one byte in or out of an I/O port,
     // 0 success. A real machine refuses every access.
     virtual uint32_t writePort(uint16_t port, uint8_t value) = 0;
     virtual uint32_t readPort(uint16_t port, uint8_t *value) = 0;
 
+    // How the machine breaks the protocols; none by default.
+    virtual ProtocolFaults &faults();
     // What the layer did, for a machine that counts it.
     virtual void note(LayerEvent) {}
 };

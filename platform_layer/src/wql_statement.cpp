@@ -2,6 +2,8 @@
 
 #include <cctype>
 
+#include "ignoring_case.h"
+
 namespace platform_layer {
 
 namespace {
@@ -49,17 +51,6 @@ private:
 };
 
 } // namespace
-
-bool sameIgnoringCase(const std::string &a, const std::string &b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i) {
-        if (std::tolower(static_cast<unsigned char>(a[i])) !=
-            std::tolower(static_cast<unsigned char>(b[i]))) {
-            return false;
-        }
-    }
-    return true;
-}
 
 std::optional<WqlStatement> parseWql(const std::string &text) {
     Reader reader(text);

@@ -17,8 +17,4 @@ struct WqlStatement {
 // Nothing when the text is no such statement.
 std::optional<WqlStatement> parseWql(const std::string &text);
 
-// Names and strings of WQL, device paths and registry keys compare without
-// regard to case.
-bool sameIgnoringCase(const std::string &a, const std::string &b);
-
 } // namespace platform_layer
