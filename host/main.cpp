@@ -41,7 +41,8 @@ Diagnostics (from the module's option tables; see the module's help below):
 
 Exit codes: 0 every test passed; otherwise the most severe result, in the order
 1 failed, 6 invalid, 4 aborted, 5 warning, 3 not applicable; 2 a usage error;
-69 the module could not be loaded or gave no interface.)";
+69 the module could not be loaded or gave no interface; 73 a report, metrics
+or other output could not be written (its path and the reason are named).)";
 
 std::string lowered(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -243,6 +244,7 @@ int main(int argc, char **argv) {
         return usageError("no module '" + options.moduleName + "' here (this is -Mbattery)", app);
     }
 
+    options.outputs.scenarioPath = scenario;
     const std::string outputError = run_outputs::checkPaths(options.outputs);
     if (!outputError.empty()) {
         library->releaseInterface();
@@ -284,14 +286,16 @@ int main(int argc, char **argv) {
     if (changesMachine) machine.settingsPutBack();
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
-    const int code = exit_codes::forResults(results);
+    int code = exit_codes::forResults(results);
     const RunSummary summary{kHostVersion,
                              report::version(*library->getVersion()).get<std::string>(),
                              machine.describe(),
                              module_session::isSmartPath(*module) ? "smart" : "generic",
                              report::batteries(*module),
                              records};
-    run_outputs::write(options.outputs, summary, Language::english());
+    if (!run_outputs::write(options.outputs, summary, Language::english())) {
+        code = exit_codes::kOutputFailed;
+    }
 
     if (options.json) {
         nlohmann::json document = {

@@ -6,6 +6,9 @@
 #include <fstream>
 #include <sstream>
 
+#include "atomic_file.h"
+#include "text_escape.h"
+
 namespace {
 constexpr const char *kFolder = "battery_host";
 constexpr const char *kFile = "restore.json";
@@ -35,22 +38,8 @@ bool RestoreJournal::write(const nlohmann::json &entries, std::string &error) {
     }
     std::error_code code;
     std::filesystem::create_directories(std::filesystem::path(file).parent_path(), code);
-    const std::string partial = file + ".new";
-    {
-        std::ofstream out(partial, std::ios::trunc);
-        out << entries.dump(2) << '\n';
-        out.flush();
-        if (!out) {
-            error = "cannot write " + partial;
-            return false;
-        }
-    }
-    if (std::rename(partial.c_str(), file.c_str()) != 0) {
-        error = "cannot write " + file;
-        std::remove(partial.c_str());
-        return false;
-    }
-    return true;
+    error = writeFileAtomically(file, text_escape::json(entries, 2) + "\n");
+    return error.empty();
 }
 
 std::optional<nlohmann::json> RestoreJournal::read(std::string &error) {

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "machine_settings/bus_mock.h"
+#include "support/test_name.h"
 
 // The extended diagnostic on this machine: a umockdev testbed of a notebook
 // off AC with a backlight, a mock power-profiles-daemon on a private bus, time
@@ -41,8 +42,10 @@ protected:
         folder_ = ::testing::TempDir() + "this-machine-" +
                   ::testing::UnitTest::GetInstance()->current_test_info()->name() + "/";
         std::system(("rm -rf " + folder_ + " && mkdir -p " + folder_).c_str());
-        // Never the person's own state folder.
+        // Never the person's own state folder, nor the machine's own lock: the
+        // tests of this file may run side by side.
         setenv("XDG_STATE_HOME", (folder_ + "state").c_str(), 1);
+        setenv("BATTERY_HOST_LOCK", (folder_ + "machine.lock").c_str(), 1);
     }
 
     std::string journal() const { return folder_ + "state/battery_host/restore.json"; }
@@ -150,3 +153,35 @@ TEST_F(ThisMachineRun, TheReportNamesWhereSettingsAreReadAndSet) {
     EXPECT_EQ(state["backlight"]["writtenThrough"], "sysfs");
     EXPECT_EQ(state["powerProfile"], "power-profiles-daemon");
 }
+
+// Two hosts started together, as one person twice or two users (each with a
+// state folder of their own) would: exactly one changes the machine, the other
+// is refused with one line naming it, and the backlight ends where it began.
+class TwoHostsAtOnce : public ThisMachineRun, public ::testing::WithParamInterface<const char *> {};
+
+TEST_P(TwoHostsAtOnce, ExactlyOneRunsAndTheMachineIsPutBack) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const std::string second = folder_ + GetParam();
+    std::string script;
+    for (const std::string &host : {std::string("a"), std::string("b")}) {
+        const std::string state = host == "a" ? folder_ + "state" : second;
+        script += "(XDG_STATE_HOME=" + state + " " + HOST_PATH +
+                  " --this-machine -Mbattery -Ed --yes --duration 5 --time-scale 600 </dev/null "
+                  ">/dev/null 2>" +
+                  folder_ + host + ".errors; echo $? >" + folder_ + host + ".code) & ";
+    }
+    script += "wait; cat /sys/class/backlight/intel_backlight/brightness >" + folder_ + "level";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    const std::string codes = read("a.code") + " " + read("b.code");
+    const std::string errors = read("a.errors") + read("b.errors");
+    EXPECT_TRUE(codes == "1 2" || codes == "2 1") << codes << "\n" << errors;
+    EXPECT_NE(errors.find("another battery_host (process "), std::string::npos) << errors;
+    EXPECT_NE(errors.find(") is running an extended test on this machine"), std::string::npos);
+    EXPECT_EQ(read("level"), kFoundLevel) << errors;
+}
+
+INSTANTIATE_TEST_SUITE_P(StateFolders, TwoHostsAtOnce, ::testing::Values("state", "other-state"),
+                         [](const auto &info) { return testName(info.param); });

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <optional>
 
+#include "machine_lock.h"
 #include "machine_settings/backlight.h"
 #include "machine_settings/power_profile.h"
 #include "machine_settings/settings_snapshot.h"
@@ -59,6 +60,11 @@ std::optional<long> livingWriter(const nlohmann::json &entries) {
 } // namespace
 
 std::vector<std::string> settings_journal::replayLeft() {
+    // While another host runs an extended test, the machine is its to put back.
+    if (!machine_lock::take().empty()) return {};
+    struct Release {
+        ~Release() { machine_lock::release(); }
+    } release;
     std::string error;
     const std::optional<nlohmann::json> entries = RestoreJournal::read(error);
     if (!entries) return error.empty() ? std::vector<std::string>() : std::vector{error};
@@ -72,21 +78,28 @@ std::vector<std::string> settings_journal::replayLeft() {
 }
 
 bool settings_journal::record(std::string &error) {
+    // Held from before the journal is looked at until the machine is back.
+    error = machine_lock::take();
+    if (!error.empty()) return false;
     std::string readError;
     if (const std::optional<nlohmann::json> left = RestoreJournal::read(readError)) {
         if (const std::optional<long> writer = livingWriter(*left)) {
             error = "another battery_host (process " + std::to_string(*writer) +
                     ") is running an extended test on this machine";
+            machine_lock::release();
             return false;
         }
     }
     nlohmann::json entries = toJson(machine_settings::takeSnapshot());
     entries["pid"] = static_cast<long>(getpid());
-    return RestoreJournal::write(entries, error);
+    if (RestoreJournal::write(entries, error)) return true;
+    machine_lock::release();
+    return false;
 }
 
 void settings_journal::close() {
     RestoreJournal::remove();
+    machine_lock::release();
 }
 
 nlohmann::json settings_journal::sources() {
