@@ -185,3 +185,62 @@ TEST_P(TwoHostsAtOnce, ExactlyOneRunsAndTheMachineIsPutBack) {
 
 INSTANTIATE_TEST_SUITE_P(StateFolders, TwoHostsAtOnce, ::testing::Values("state", "other-state"),
                          [](const auto &info) { return testName(info.param); });
+
+struct JournalRow {
+    const char *name;
+    const char *journal;
+    bool readOnlyState; // the state folder mounted read-only
+    const char *level;  // the backlight after the start
+    const char *says;
+};
+
+// What a start does with a journal a dead run left: replayed once, and only
+// values the device can take; one that cannot be removed is not replayed.
+const JournalRow kJournalRows[] = {
+    {"replayed and removed", R"({"backlight":{"device":"intel_backlight","raw":300},"pid":999999})",
+     false, "300", "backlight intel_backlight put back to 300 of 937 (was 500)"},
+    {"read only state folder",
+     R"({"backlight":{"device":"intel_backlight","raw":300},"pid":999999})", true, kFoundLevel,
+     "cannot be removed (Read-only file system); it is not replayed"},
+    {"level beyond the maximum",
+     R"({"backlight":{"device":"intel_backlight","raw":5000},"pid":999999})", false, kFoundLevel,
+     "the journal's level 5000 is beyond intel_backlight's 937; its level is left as it is"},
+    {"profile the daemon does not offer",
+     R"({"profile":{"source":"power-profiles-daemon","name":"turbo"},"pid":999999})", false,
+     kFoundLevel, "could not put back power profile turbo"},
+};
+
+class JournalLeft : public ThisMachineRun, public ::testing::WithParamInterface<JournalRow> {};
+
+TEST_P(JournalLeft, IsReplayedAtMostOnceAndOnlyWithValuesTheDeviceTakes) {
+    const JournalRow &row = GetParam();
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const std::string folder = folder_ + "state/battery_host";
+    std::system(("mkdir -p " + folder).c_str());
+    std::ofstream(journal()) << row.journal;
+    std::string script;
+    for (const std::string start : {"1", "2"}) {
+        std::string line = std::string(HOST_PATH) +
+                           " --this-machine -Mbattery --list >/dev/null 2>" + folder_ + start;
+        if (row.readOnlyState) {
+            line = "unshare -m sh -c \"mount --bind " + folder + " " + folder +
+                   " && mount -o remount,bind,ro " + folder + " && " + line + "\"";
+        }
+        script += line + "; ";
+    }
+    script += "cat /sys/class/backlight/intel_backlight/brightness >" + folder_ + "level";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    EXPECT_EQ(read("level"), row.level) << read("1");
+    EXPECT_NE(read("1").find(row.says), std::string::npos) << read("1");
+    // The second start finds nothing left to replay, or says again why not.
+    EXPECT_EQ(read("2").find(row.readOnlyState ? "put back to" : "restore journal"),
+              std::string::npos)
+        << read("2");
+    EXPECT_EQ(journalLeft(), row.readOnlyState);
+}
+
+INSTANTIATE_TEST_SUITE_P(Journals, JournalLeft, ::testing::ValuesIn(kJournalRows),
+                         NameBy<&JournalRow::name>());

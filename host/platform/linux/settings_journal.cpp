@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <optional>
 
@@ -57,6 +60,16 @@ std::optional<long> livingWriter(const nlohmann::json &entries) {
     return pid.get<long>();
 }
 
+// A journal is moved out of its place before it is replayed, so that it is
+// replayed at most once: one that cannot be moved (a read-only state folder)
+// would reset at every start what the person has set since. Empty when moved.
+std::string claim(const std::string &journal, const std::string &claimed) {
+    if (std::rename(journal.c_str(), claimed.c_str()) == 0) return "";
+    return journal + " cannot be removed (" + std::strerror(errno) +
+           "); it is not replayed, so that it cannot undo at every start what was set since; "
+           "remove it once the machine is as it should be";
+}
+
 } // namespace
 
 std::vector<std::string> settings_journal::replayLeft() {
@@ -69,11 +82,15 @@ std::vector<std::string> settings_journal::replayLeft() {
     const std::optional<nlohmann::json> entries = RestoreJournal::read(error);
     if (!entries) return error.empty() ? std::vector<std::string>() : std::vector{error};
     if (livingWriter(*entries)) return {};
+    const std::string claimed = RestoreJournal::path() + ".replaying";
+    if (const std::string refused = claim(RestoreJournal::path(), claimed); !refused.empty()) {
+        return {refused};
+    }
     std::vector<std::string> lines = {"a run ended before it could put this machine back"};
     const std::vector<std::string> done = machine_settings::putBack(fromJson(*entries));
     lines.insert(lines.end(), done.begin(), done.end());
     if (done.empty()) lines.push_back("the machine was already as the journal recorded it");
-    RestoreJournal::remove();
+    std::remove(claimed.c_str());
     return lines;
 }
 
