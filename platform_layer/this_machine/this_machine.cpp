@@ -7,6 +7,7 @@
 
 #include <sys/utsname.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -195,6 +196,9 @@ public:
     uint32_t systemPower(SystemPower *power) override {
         SysfsReading reading = newRequest();
         power->acOnLine = onAcLine(reading);
+        // The AC line stands on its own: a battery figure that cannot be read
+        // makes only that battery's charge unknown.
+        if (reading.sawMalformed()) return kErrorGenFailure;
         int64_t percentSum = 0;
         unsigned counted = 0;
         for (const std::string &name : systemBatteries(reading)) {
@@ -205,7 +209,6 @@ public:
             percentSum += *percent;
             ++counted;
         }
-        if (reading.sawMalformed()) return kErrorGenFailure;
         power->anyBattery = counted > 0;
         power->batteryPercent = counted > 0 ? static_cast<uint32_t>(percentSum / counted) : 255;
         return 0;
@@ -238,19 +241,23 @@ public:
     uint32_t readPort(uint16_t, uint8_t *) override { return kPortRefused; }
 
 private:
-    // The kernel's percentage, or the energy (or charge) now against full.
+    // The kernel's percentage; when it is missing, unreadable (firmware that
+    // says -NaN) or outside 0 to 100, the energy (or charge) now against full,
+    // as upower does, else the percentage held to 0 to 100.
     static std::optional<int64_t> batteryPercent(PowerSupply &battery) {
-        if (const std::optional<int64_t> percent = battery.capacity_percent()) {
-            if (*percent < 0 || *percent > 100) battery.reading().markMalformed();
-            return percent;
-        }
+        const std::optional<int64_t> percent = battery.capacity_percent();
+        if (percent && *percent >= 0 && *percent <= 100) return percent;
         std::optional<int64_t> now = battery.energyNow_uWh(), full = battery.energyFull_uWh();
         if (!now || !full) {
             now = battery.chargeNow_uAh();
             full = battery.chargeFull_uAh();
         }
-        if (!now || !full || *full <= 0 || *now < 0) return std::nullopt;
-        return *now >= *full ? 100 : *now * 100 / *full;
+        if (now && full && *full > 0 && *now >= 0) {
+            return *now >= *full ? 100
+                                 : static_cast<int64_t>(static_cast<double>(*now) * 100 / *full);
+        }
+        if (percent) return std::clamp<int64_t>(*percent, 0, 100);
+        return std::nullopt;
     }
 
     void *newHandle(const std::string &supply) {

@@ -244,3 +244,22 @@ TEST_P(JournalLeft, IsReplayedAtMostOnceAndOnlyWithValuesTheDeviceTakes) {
 
 INSTANTIATE_TEST_SUITE_P(Journals, JournalLeft, ::testing::ValuesIn(kJournalRows),
                          NameBy<&JournalRow::name>());
+
+// A power-profiles daemon that stops answering mid-run (SIGSTOP): each call
+// gives up after a few seconds, the run ends, and the backlight is put back.
+TEST_F(ThisMachineRun, AFrozenProfileDaemonCostsSecondsNotMinutes) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const std::string script =
+        "(sleep 0.3; kill -STOP " + std::to_string(daemon.pid()) + ") & timeout 90 " + HOST_PATH +
+        " --this-machine -Mbattery -Ed --yes --duration 5 --time-scale 600 </dev/null >/dev/null "
+        "2>" +
+        folder_ + "errors; echo $? >" + folder_ + "code; cat " +
+        "/sys/class/backlight/intel_backlight/brightness >" + folder_ + "level";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    EXPECT_NE(read("code"), "124") << "still waiting on the daemon after 90 s: " << read("errors");
+    EXPECT_EQ(read("level"), kFoundLevel) << read("errors");
+    EXPECT_FALSE(journalLeft());
+}
