@@ -16,15 +16,15 @@ constexpr uint8_t kPolicyBoth = 3;
 constexpr uint32_t kRecordSize = 3; // policy, AC level, battery level
 } // namespace
 
-// The device stays while it is the one found, so the level it had before the
-// first write is still known when the test puts it back.
+// The first device found is the one the run changes, the one the journal
+// names: when it goes away no other takes its place, and when it comes back
+// it is the same object, so the level it had before the first write is still
+// known, exactly, when the test puts it back.
 uint32_t DisplayAnswer::open() {
+    if (backlight_) return Backlight::named(backlight_->name()) ? 0 : kFileNotFound;
     std::optional<Backlight> found = Backlight::find();
-    if (!found) {
-        backlight_.reset();
-        return kFileNotFound;
-    }
-    if (!backlight_ || backlight_->name() != found->name()) backlight_ = std::move(found);
+    if (!found) return kFileNotFound;
+    backlight_ = std::move(found);
     return 0;
 }
 

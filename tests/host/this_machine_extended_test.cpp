@@ -263,3 +263,32 @@ TEST_F(ThisMachineRun, AFrozenProfileDaemonCostsSecondsNotMinutes) {
     EXPECT_EQ(read("level"), kFoundLevel) << read("errors");
     EXPECT_FALSE(journalLeft());
 }
+
+// The backlight goes away a second into the sweep and comes back two seconds
+// later, while a second one the run never took stays: the run changes only
+// the one it took, and puts it back to its exact level when it is back.
+TEST_F(ThisMachineRun, ABacklightThatGoesAndComesBackIsPutBackAndNoOtherIsTouched) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const std::string script =
+        "other=$UMOCKDEV_DIR/sys/devices/zz_backlight; mkdir -p $other && echo 440 "
+        ">$other/brightness && echo 1000 >$other/max_brightness && echo raw >$other/type && "
+        "ln -s ../../devices/zz_backlight $UMOCKDEV_DIR/sys/class/backlight/zz_backlight; " +
+        std::string(HOST_PATH) +
+        " --this-machine -Mbattery -Ed --yes --duration 5 --time-scale 60 </dev/null >/dev/null "
+        "2>" +
+        folder_ +
+        "errors & pid=$!; sleep 1; "
+        "mv $UMOCKDEV_DIR/sys/class/backlight/intel_backlight $UMOCKDEV_DIR/away; sleep 2; "
+        "mv $UMOCKDEV_DIR/away $UMOCKDEV_DIR/sys/class/backlight/intel_backlight; wait $pid; "
+        "cat /sys/class/backlight/intel_backlight/brightness >" +
+        folder_ +
+        "level; "
+        "cat $other/brightness >" +
+        folder_ + "other";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    EXPECT_EQ(read("level"), kFoundLevel) << read("errors");
+    EXPECT_EQ(read("other"), "440") << "a backlight the run never took is left alone";
+}
