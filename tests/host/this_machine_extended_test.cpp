@@ -292,3 +292,24 @@ TEST_F(ThisMachineRun, ABacklightThatGoesAndComesBackIsPutBackAndNoOtherIsTouche
     EXPECT_EQ(read("level"), kFoundLevel) << read("errors");
     EXPECT_EQ(read("other"), "440") << "a backlight the run never took is left alone";
 }
+
+// A firmware profile whose name is not UTF-8 (no daemon runs): the journal
+// holds it as well as JSON can, the run ends by itself, and nothing of the
+// journal is left behind.
+TEST_F(ThisMachineRun, AProfileNameThatIsNotTextEndsNoRun) {
+    const std::string script =
+        "acpi=$UMOCKDEV_DIR/sys/firmware/acpi; mkdir -p $acpi && printf \"\\377quiet\\n\" "
+        ">$acpi/platform_profile && echo \"balanced performance\" "
+        ">$acpi/platform_profile_choices; " +
+        std::string(HOST_PATH) +
+        " --this-machine -Mbattery -Ed --yes --duration 5 --time-scale 600 </dev/null >/dev/null "
+        "2>" +
+        folder_ + "errors; echo $? >" + folder_ + "code; ls -A " + folder_ +
+        "state/battery_host >" + folder_ + "left";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    EXPECT_NE(read("code"), "134") << read("errors");
+    EXPECT_EQ(read("errors").find("terminate"), std::string::npos) << read("errors");
+    EXPECT_EQ(read("left"), "");
+}
