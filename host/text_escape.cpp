@@ -57,25 +57,9 @@ std::string escaped(std::string_view sequence) {
     return out;
 }
 
-} // namespace
-
-std::string validUtf8(std::string_view bytes) {
-    std::string out;
-    out.reserve(bytes.size());
-    for (size_t at = 0; at < bytes.size();) {
-        const size_t length = sequenceAt(bytes, at);
-        if (length == 0) {
-            out += kReplacement;
-            ++at;
-            continue;
-        }
-        out.append(bytes.substr(at, length));
-        at += length;
-    }
-    return out;
-}
-
-std::string forTerminal(std::string_view bytes) {
+// Each valid sequence as it is (a control character escaped when asked),
+// each byte that starts none as U+FFFD.
+std::string shown(std::string_view bytes, bool escapeControls) {
     std::string out;
     out.reserve(bytes.size());
     for (size_t at = 0; at < bytes.size();) {
@@ -86,7 +70,7 @@ std::string forTerminal(std::string_view bytes) {
             continue;
         }
         const std::string_view sequence = bytes.substr(at, length);
-        if (isControl(sequence)) {
+        if (escapeControls && isControl(sequence)) {
             out += escaped(sequence);
         } else {
             out.append(sequence);
@@ -94,6 +78,16 @@ std::string forTerminal(std::string_view bytes) {
         at += length;
     }
     return out;
+}
+
+} // namespace
+
+std::string validUtf8(std::string_view bytes) {
+    return shown(bytes, false);
+}
+
+std::string forTerminal(std::string_view bytes) {
+    return shown(bytes, true);
 }
 
 std::string json(const nlohmann::json &document, int indent) {

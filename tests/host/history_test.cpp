@@ -110,8 +110,9 @@ const ReadRow kReadRows[] = {
      "unshare -m sh -c 'mount --bind ro ro && mount -o remount,bind,ro ro && "
      "HOST --history --json --history-db ro/h.sqlite3'",
      0, "\"fullChargeWh\": 54.1", "ro\n"},
-    {"record into a device", "", "HOST -Q --history-db /dev/null", 2,
-     "history /dev/null is not a regular file", ""},
+    // A device of the test's own: a history gone wrong leaves /dev alone.
+    {"record into a device", "mknod null c 1 3 || echo cannot-set-up", "HOST -Q --history-db null",
+     2, "history null is not a regular file", "null\n"},
     {"show a folder", "mkdir h", "--history --history-db h", 2, "h is not a regular file", "h\n"},
     {"no home and no data home", "", "env -u HOME -u XDG_DATA_HOME HOST -Q --report r.html", 0,
      "warning: no history folder: neither XDG_DATA_HOME nor HOME names one", "r.html\n"},
@@ -127,7 +128,9 @@ TEST_P(HistoryPlaces, ReadWithoutCreatingAndRefuseWhatIsNoFile) {
         for (size_t at; (at = line.find("HOST")) != std::string::npos;) line.replace(at, 4, host);
         return line;
     };
-    ASSERT_EQ(folder.shell(withHost(row.setUp)).exitCode, 0);
+    const auto made = folder.shell(withHost(row.setUp));
+    if (made.output.find("cannot-set-up") != std::string::npos) GTEST_SKIP() << made.output;
+    ASSERT_EQ(made.exitCode, 0) << made.output;
     const std::string command = row.command;
     const auto outcome = command.find("HOST") != std::string::npos ? folder.shell(withHost(command))
                                                                    : folder.host(command);
@@ -137,8 +140,7 @@ TEST_P(HistoryPlaces, ReadWithoutCreatingAndRefuseWhatIsNoFile) {
     EXPECT_EQ(outcome.exitCode, row.exitCode) << outcome.output;
     EXPECT_NE(outcome.output.find(row.says), std::string::npos) << outcome.output;
     EXPECT_EQ(folder.shell("ls -A").output, row.listing);
-    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
-    EXPECT_FALSE(std::filesystem::exists("/dev/null-journal"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "null-journal"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, HistoryPlaces, ::testing::ValuesIn(kReadRows),

@@ -214,6 +214,10 @@ class JournalLeft : public ThisMachineRun, public ::testing::WithParamInterface<
 
 TEST_P(JournalLeft, IsReplayedAtMostOnceAndOnlyWithValuesTheDeviceTakes) {
     const JournalRow &row = GetParam();
+    // A read-only mount of its own needs a mount namespace (root, or a CI that allows one).
+    if (row.readOnlyState && std::system("unshare -m true 2>/dev/null") != 0) {
+        GTEST_SKIP() << "no mount namespace here";
+    }
     bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
                              ::testing::TempDir());
     const std::string folder = folder_ + "state/battery_host";
