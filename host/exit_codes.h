@@ -6,12 +6,15 @@
 
 // The host's exit codes: 0 when every test succeeded; otherwise the code of
 // the most severe result; 2 for a usage error; 69 when the module could not
-// be loaded or gave no interface.
+// be loaded or gave no interface; 73 when a report, metrics file or other
+// output could not be written at the end (a timer must see that its file is
+// stale whatever the verdict was).
 namespace exit_codes {
 
 inline constexpr int kSuccess = 0;
 inline constexpr int kUsage = 2;
 inline constexpr int kNoModule = 69;
+inline constexpr int kOutputFailed = 73; // sysexits' EX_CANTCREAT
 
 // Most severe first. A result code the module does not define ranks with a
 // failure, so that it never passes for success.

@@ -44,7 +44,8 @@ Diagnostics (from the module's option tables; see the module's help below):
 
 Exit codes: 0 every test passed; otherwise the most severe result, in the order
 1 failed, 6 invalid, 4 aborted, 5 warning, 3 not applicable; 2 a usage error;
-69 the module could not be loaded or gave no interface.)";
+69 the module could not be loaded or gave no interface; 73 a report, metrics
+or other output could not be written (its path and the reason are named).)";
 
 // One invocation of the host: its arguments as they are taken apart, its
 // options, and the machine it runs on. A step that ends the invocation
@@ -182,6 +183,7 @@ Ending readCommandLine(Invocation &call, const ModuleSession *session, const std
 Ending planRuns(Invocation &call, ModuleSession &session,
                 const std::vector<DiagnosticChoice> &choices, const RunView &view, RunPlan &plan) {
     ModuleInterface &module = *session.module();
+    call.options.outputs.scenarioPath = command_line::valueOf(call.args, "--scenario");
     const std::string outputError = run_outputs::checkPaths(call.options.outputs);
     if (!outputError.empty()) return usageError(outputError, call.app);
     module_queries::prepareComponents(module);
@@ -265,7 +267,7 @@ int writeOutputs(Invocation &call, std::unique_ptr<ModuleSession> session,
                  std::vector<RunRecord> records) {
     std::vector<TestResultCode> results;
     for (const RunRecord &record : records) results.push_back(record.result);
-    const int code = exit_codes::forResults(results);
+    int code = exit_codes::forResults(results);
     ModuleInterface &module = *session->module();
     const RunSummary summary{kHostVersion,
                              session->versionText(),
@@ -273,7 +275,9 @@ int writeOutputs(Invocation &call, std::unique_ptr<ModuleSession> session,
                              module_queries::isSmartPath(module) ? "smart" : "generic",
                              json_report::batteries(module),
                              std::move(records)};
-    run_outputs::write(call.options.outputs, summary, Language::english());
+    if (!run_outputs::write(call.options.outputs, summary, Language::english())) {
+        code = exit_codes::kOutputFailed;
+    }
     nlohmann::json document;
     if (call.options.json)
         document = json_report::document(summary, code, stop_signals::received());

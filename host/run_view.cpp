@@ -43,10 +43,11 @@ bool RunView::colourWanted() {
 void RunView::say(const std::string &line, const char *colour) {
     if (mode_ == Mode::Silent) return;
     clearBar();
+    const std::string shown = text_escape::forTerminal(line);
     if (colour_ && colour != nullptr) {
-        std::printf("%s%s%s\n", colour, line.c_str(), kReset);
+        std::printf("%s%s%s\n", colour, shown.c_str(), kReset);
     } else {
-        std::printf("%s\n", line.c_str());
+        std::printf("%s\n", shown.c_str());
     }
     drawBar();
     std::fflush(stdout);

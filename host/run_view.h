@@ -5,6 +5,7 @@
 
 #include "language.h"
 #include "model/run_record.h"
+#include "text_escape.h"
 
 // How runs appear on the terminal: a progress bar redrawn in place on a
 // terminal, plain lines elsewhere, nothing at all for a JSON report.
@@ -26,9 +27,9 @@ public:
     void ask(const std::string &question);
     void end(TestResultCode result);
 
-    // Text for a line the host writes itself.
+    // Text for a line the host writes itself, safe on a terminal.
     std::string text(const std::string &keyOrLine) const {
-        return language_.line(keyOrLine, rawKeys_);
+        return text_escape::forTerminal(language_.line(keyOrLine, rawKeys_));
     }
 
 private:

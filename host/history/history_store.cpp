@@ -1,8 +1,14 @@
 #include "history/history_store.h"
 
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 #include "history/sqlite_statement.h"
 #include "module_queries.h"
@@ -68,42 +74,115 @@ bool HistoryStore::migrate(sqlite3 *db, int version, std::string &error) {
     return ok;
 }
 
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Another host holds the database: worth trying again.
+bool isBusy(sqlite3 *db) {
+    const int code = sqlite3_extended_errcode(db) & 0xff;
+    return code == SQLITE_BUSY || code == SQLITE_LOCKED;
+}
+
+// SQLite's busy handler does not cover every step (a journal mode change, a
+// WAL file being recovered or removed by the last host to close it): a step
+// that still finds the database busy is tried again, whole, until the busy
+// timeout has passed.
+template <typename Attempt> auto untilNotBusy(Attempt attempt) {
+    const auto deadline = Clock::now() + std::chrono::milliseconds(kBusyTimeoutMs);
+    for (;;) {
+        bool busy = false;
+        auto outcome = attempt(busy);
+        if (outcome || !busy || Clock::now() >= deadline) return outcome;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+}
+
+std::string unusable(const std::string &path, int version, int code, const std::string &why) {
+    const bool damaged = code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
+    return version < 0
+               ? "history " + path +
+                     (damaged ? " is not a readable database (" : " cannot be read (") + why +
+                     "); left untouched, this run is not recorded"
+               : "history " + path + " has schema version " + std::to_string(version) +
+                     ", newer than this host's " + std::to_string(HistoryStore::kSchemaVersion) +
+                     "; left untouched, this run is not recorded";
+}
+
+enum class Access { Write, Read, ReadUnchanging };
+
+// The file as an SQLite URI that promises it does not change: a WAL database
+// in a folder nobody may write has no shared memory file and can only be read so.
+std::string unchangingUri(const std::string &path) {
+    std::string uri = "file:";
+    for (const char c : path) {
+        if (c == '?' || c == '#' || c == '%') {
+            char hex[4];
+            std::snprintf(hex, sizeof hex, "%%%02X", static_cast<unsigned>(c));
+            uri += hex;
+        } else {
+            uri += c;
+        }
+    }
+    return uri + "?immutable=1";
+}
+
+// `cantOpen`: the file is there but SQLite could not open it as asked.
+sqlite3 *openOnce(const std::string &path, Access access, std::string &error, bool &busy,
+                  bool *cantOpen = nullptr) {
+    sqlite3 *db = nullptr;
+    const bool readOnly = access != Access::Write;
+    const int flags = !readOnly ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE
+                      : access == Access::ReadUnchanging ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI
+                                                         : SQLITE_OPEN_READONLY;
+    const std::string name = access == Access::ReadUnchanging ? unchangingUri(path) : path;
+    const bool opened = sqlite3_open_v2(name.c_str(), &db, flags, nullptr) == SQLITE_OK;
+    // Before anything reads: every later step waits for a host that writes.
+    if (opened) sqlite3_busy_timeout(db, kBusyTimeoutMs);
+    // The version is read before anything is written: a file that is no
+    // database, or one of a newer host, must stay exactly as it is.
+    std::string why = opened ? "" : (db != nullptr ? sqlite3_errmsg(db) : "cannot open");
+    const int version = opened ? userVersion(db, why) : -1;
+    bool ok = opened && version >= 0 && version <= HistoryStore::kSchemaVersion;
+    if (!ok && opened) error = unusable(path, version, sqlite3_errcode(db), why);
+    if (cantOpen != nullptr)
+        *cantOpen = opened && version < 0 && sqlite3_errcode(db) == SQLITE_CANTOPEN;
+    if (ok && !readOnly) {
+        ok = exec(db, "PRAGMA journal_mode=WAL", why) && exec(db, "PRAGMA foreign_keys=ON", why) &&
+             HistoryStore::migrate(db, HistoryStore::kSchemaVersion, why);
+        if (!ok) error = "history " + path + ": " + why;
+    }
+    if (!opened) error = "history " + path + ": " + why;
+    if (ok) return db;
+    busy = db != nullptr && isBusy(db);
+    sqlite3_close(db);
+    return nullptr;
+}
+
+} // namespace
+
 std::unique_ptr<HistoryStore> HistoryStore::open(const std::string &path, std::string &error) {
     const std::filesystem::path parent = std::filesystem::path(path).parent_path();
     std::error_code ignored;
     if (!parent.empty()) std::filesystem::create_directories(parent, ignored);
-    sqlite3 *db = nullptr;
-    if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) !=
-        SQLITE_OK) {
-        error = "history " + path + ": " + (db != nullptr ? sqlite3_errmsg(db) : "cannot open");
-        sqlite3_close(db);
+    sqlite3 *db =
+        untilNotBusy([&](bool &busy) { return openOnce(path, Access::Write, error, busy); });
+    return db == nullptr ? nullptr : std::unique_ptr<HistoryStore>(new HistoryStore(db));
+}
+
+std::unique_ptr<HistoryStore> HistoryStore::openForReading(const std::string &path,
+                                                           std::string &error) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) {
+        error = "no history at " + path + ": " + std::strerror(errno);
         return nullptr;
     }
-    sqlite3_busy_timeout(db, kBusyTimeoutMs);
-    // The version is read before anything is written: a file that is no
-    // database, or one of a newer host, must stay exactly as it is.
-    std::string why;
-    const int version = userVersion(db, why);
-    if (version < 0 || version > kSchemaVersion) {
-        const int code = sqlite3_errcode(db);
-        const bool damaged = code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
-        error = version < 0
-                    ? "history " + path +
-                          (damaged ? " is not a readable database (" : " cannot be read (") + why +
-                          "); left untouched, this run is not recorded"
-                    : "history " + path + " has schema version " + std::to_string(version) +
-                          ", newer than this host's " + std::to_string(kSchemaVersion) +
-                          "; left untouched, this run is not recorded";
-        sqlite3_close(db);
-        return nullptr;
-    }
-    if (!exec(db, "PRAGMA journal_mode=WAL", why) || !exec(db, "PRAGMA foreign_keys=ON", why) ||
-        !migrate(db, kSchemaVersion, why)) {
-        error = "history " + path + ": " + why;
-        sqlite3_close(db);
-        return nullptr;
-    }
-    return std::unique_ptr<HistoryStore>(new HistoryStore(db));
+    bool cantOpen = false;
+    sqlite3 *db = untilNotBusy(
+        [&](bool &busy) { return openOnce(path, Access::Read, error, busy, &cantOpen); });
+    bool busy = false;
+    if (db == nullptr && cantOpen) db = openOnce(path, Access::ReadUnchanging, error, busy);
+    return db == nullptr ? nullptr : std::unique_ptr<HistoryStore>(new HistoryStore(db));
 }
 
 HistoryStore::~HistoryStore() {
@@ -111,7 +190,15 @@ HistoryStore::~HistoryStore() {
 }
 
 bool HistoryStore::record(const HistoryRun &run, std::string &error) {
-    if (!exec(db_, "BEGIN IMMEDIATE", error)) return false;
+    return untilNotBusy([&](bool &busy) { return recordOnce(run, error, busy); });
+}
+
+bool HistoryStore::recordOnce(const HistoryRun &run, std::string &error, bool &busy) {
+    // The write lock before any read: a read that became a write could not wait.
+    if (!exec(db_, "BEGIN IMMEDIATE", error)) {
+        busy = isBusy(db_);
+        return false;
+    }
     SqliteStatement addRun(db_, "INSERT INTO runs(at, machine, module_version) VALUES(?, ?, ?)");
     SqliteStatement addBattery(
         db_, "INSERT INTO batteries(run_id, manufacturer, name, serial, design_wh, "
@@ -165,8 +252,13 @@ bool HistoryStore::record(const HistoryRun &run, std::string &error) {
         }
     }
     if (!ok) error = sqlite3_errmsg(db_);
+    busy = !ok && isBusy(db_);
     std::string ignored;
-    exec(db_, ok ? "COMMIT" : "ROLLBACK", ok ? error : ignored);
+    if (ok && !exec(db_, "COMMIT", error)) {
+        ok = false;
+        busy = isBusy(db_);
+    }
+    if (!ok) exec(db_, "ROLLBACK", ignored);
     return ok;
 }
 
@@ -217,10 +309,18 @@ std::string defaultPath() {
     if (data != nullptr && data[0] == '/') {
         base = data;
     } else {
+        // Never the current folder: a service started in / would write there.
         const char *home = std::getenv("HOME");
-        base = std::filesystem::path(home != nullptr ? home : ".") / ".local" / "share";
+        if (home == nullptr || home[0] != '/') return "";
+        base = std::filesystem::path(home) / ".local" / "share";
     }
     return (base / "battery_host" / "history.sqlite3").string();
+}
+
+std::string checkFile(const std::string &path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0 || S_ISREG(info.st_mode)) return "";
+    return "history " + path + " is not a regular file; a database and its journal need one";
 }
 
 } // namespace history

@@ -8,6 +8,11 @@ std::unique_ptr<HistoryStore> HistoryStore::open(const std::string &, std::strin
     return nullptr;
 }
 
+std::unique_ptr<HistoryStore> HistoryStore::openForReading(const std::string &path,
+                                                           std::string &error) {
+    return open(path, error);
+}
+
 bool HistoryStore::migrate(sqlite3 *, int, std::string &) {
     return false;
 }
@@ -25,6 +30,10 @@ std::vector<HistoryEntry> HistoryStore::entries(const BatteryFigures *) const {
 namespace history {
 std::string defaultPath() {
     const char *data = std::getenv("LOCALAPPDATA");
-    return std::string(data != nullptr ? data : ".") + "/battery_host/history.sqlite3";
+    return data == nullptr || *data == '\0' ? ""
+                                            : std::string(data) + "/battery_host/history.sqlite3";
+}
+std::string checkFile(const std::string &) {
+    return "";
 }
 } // namespace history

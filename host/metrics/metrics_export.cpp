@@ -4,11 +4,15 @@
 #include <optional>
 #include <set>
 
+#include "text_escape.h"
+
 namespace {
 
+// A label value is UTF-8 with backslash, quote and line break escaped; a
+// value that is not would make the collector drop the whole file.
 std::string labelValue(const std::string &text) {
     std::string out;
-    for (const char c : text) {
+    for (const char c : text_escape::validUtf8(text)) {
         if (c == '\\' || c == '"') out += '\\';
         if (c == '\n') {
             out += "\\n";

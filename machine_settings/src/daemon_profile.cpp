@@ -63,6 +63,9 @@ public:
     }
 
     bool restoreName(const std::string &name) override {
+        // Only a profile the daemon offers, whatever a journal says.
+        const Scheme scheme = schemeOf(name);
+        if (scheme == Scheme::Custom || name != daemonName(scheme)) return false;
         if (holding_) release();
         std::string current;
         if (readName(current) && current == name) return true;

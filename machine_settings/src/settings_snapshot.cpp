@@ -17,6 +17,12 @@ std::vector<std::string> putBackBrightness(const SettingsSnapshot &snapshot) {
         return {"backlight " + snapshot.backlight + " is gone; its level is left as it is"};
     }
     if (raw == snapshot.brightness) return {};
+    // A journal is a file anyone with the folder could have edited.
+    if (snapshot.brightness > maximum) {
+        return {"the journal's level " + std::to_string(snapshot.brightness) + " is beyond " +
+                snapshot.backlight + "'s " + std::to_string(maximum) +
+                "; its level is left as it is"};
+    }
     if (!backlight->writeRaw(snapshot.brightness)) {
         return {"could not put back the level of backlight " + snapshot.backlight};
     }

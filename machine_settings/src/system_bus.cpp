@@ -12,6 +12,9 @@ constexpr const char *kProfiles = "net.hadess.PowerProfiles";
 constexpr const char *kProfilesPath = "/net/hadess/PowerProfiles";
 constexpr const char *kLogin = "org.freedesktop.login1";
 constexpr const char *kOwnSession = "/org/freedesktop/login1/session/auto";
+// A daemon that does not answer costs seconds, not sd-bus's default 25 s for
+// each of the run's calls: the machine must still be put back soon.
+constexpr uint64_t kCallTimeoutUs = 2'000'000;
 
 // An sd-bus error, freed on every way out.
 struct BusError {
@@ -46,6 +49,7 @@ bool SystemBus::connected() {
         lastError_ = std::string("no system bus: ") + std::strerror(-code);
         return false;
     }
+    sd_bus_set_method_call_timeout(bus_, kCallTimeoutUs);
     return true;
 }
 

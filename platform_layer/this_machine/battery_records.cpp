@@ -99,8 +99,11 @@ std::optional<BatteryFigures> information(PowerSupply &battery) {
 std::optional<uint32_t> temperature(PowerSupply &battery) {
     const std::optional<int64_t> celsius = battery.temp_deciCelsius();
     if (!celsius) return std::nullopt;
-    const int64_t kelvin = *celsius + 2732;
-    if (kelvin < 0 || kelvin > 0xFFFFFFFF) return std::nullopt; // colder than absolute zero
+    int64_t kelvin = 0;
+    // Colder than absolute zero, or beyond what a figure can hold: unknown.
+    if (__builtin_add_overflow(*celsius, 2732, &kelvin) || kelvin < 0 || kelvin > 0xFFFFFFFF) {
+        return std::nullopt;
+    }
     return static_cast<uint32_t>(kelvin);
 }
 

@@ -4,15 +4,15 @@
 
 namespace platform_layer {
 
-// The device stays while it is the one found, so the level it had before the
-// first write is still known when the test puts it back.
+// The first device found is the one the run changes, the one the journal
+// names: when it goes away no other takes its place, and when it comes back
+// it is the same object, so the level it had before the first write is still
+// known, exactly, when the test puts it back.
 bool DisplayAnswer::open() {
+    if (backlight_) return machine_settings::Backlight::named(backlight_->name()).has_value();
     std::optional<machine_settings::Backlight> found = machine_settings::Backlight::find();
-    if (!found) {
-        backlight_.reset();
-        return false;
-    }
-    if (!backlight_ || backlight_->name() != found->name()) backlight_ = std::move(found);
+    if (!found) return false;
+    backlight_ = std::move(found);
     return true;
 }
 

@@ -8,6 +8,7 @@
 #include <sys/utsname.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <mutex>
@@ -58,19 +59,23 @@ uint32_t tagOf(const std::string &supply) {
     return hash == 0 ? 1u : hash;
 }
 
-// The kernel's percentage, or the energy (or charge) now against full.
+// The kernel's percentage; when it is missing, unreadable (firmware that
+// says -NaN) or outside 0 to 100, the energy (or charge) now against full,
+// as upower does, else the percentage held to 0 to 100.
 std::optional<int64_t> batteryPercent(PowerSupply &battery) {
-    if (const std::optional<int64_t> percent = battery.capacity_percent()) {
-        if (*percent < 0 || *percent > 100) battery.reading().markMalformed();
-        return percent;
-    }
+    const std::optional<int64_t> percent = battery.capacity_percent();
+    if (percent && *percent >= 0 && *percent <= 100) return percent;
     std::optional<int64_t> now = battery.energyNow_uWh(), full = battery.energyFull_uWh();
     if (!now || !full) {
         now = battery.chargeNow_uAh();
         full = battery.chargeFull_uAh();
     }
-    if (!now || !full || *full <= 0 || *now < 0) return std::nullopt;
-    return *now >= *full ? 100 : *now * 100 / *full;
+    if (now && full && *full > 0 && *now >= 0) {
+        return *now >= *full ? 100
+                             : static_cast<int64_t>(static_cast<double>(*now) * 100 / *full);
+    }
+    if (percent) return std::clamp<int64_t>(*percent, 0, 100);
+    return std::nullopt;
 }
 
 class ThisMachine : public Machine {
@@ -210,6 +215,9 @@ std::optional<std::string> ThisMachine::batteryText(const std::string &supply, B
 uint32_t ThisMachine::systemPower(SystemPower *power) {
     SysfsReading reading = newRequest();
     power->acOnLine = onAcLine(reading);
+    // The AC line stands on its own: a battery figure that cannot be read
+    // makes only that battery's charge unknown.
+    if (reading.sawMalformed()) return ERROR_GEN_FAILURE;
     int64_t percentSum = 0;
     unsigned counted = 0;
     for (const std::string &name : systemBatteries(reading)) {
@@ -220,7 +228,6 @@ uint32_t ThisMachine::systemPower(SystemPower *power) {
         percentSum += *percent;
         ++counted;
     }
-    if (reading.sawMalformed()) return ERROR_GEN_FAILURE;
     power->anyBattery = counted > 0;
     power->batteryPercent = counted > 0 ? static_cast<uint32_t>(percentSum / counted) : 255;
     return 0;

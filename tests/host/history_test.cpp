@@ -6,6 +6,7 @@
 
 #include "history/history_store.h"
 #include "host/host_outputs_support.h"
+#include "support/test_name.h"
 
 // The capacity history: its schema, its migrations, and the host's runs
 // recording into it.
@@ -72,15 +73,20 @@ TEST(History, AFileOfTheFirstSchemaIsMigratedWithItsRecords) {
     EXPECT_EQ(records[1]["fullChargeWh"], 54.1);
 }
 
-TEST(History, TwoHostsRecordingAtOnceBothKeepEveryRun) {
+// `hosts` hosts each recording six runs into one database at once: none is
+// lost, none warns.
+void recordAtOnce(int hosts) {
     OutputFolder folder;
     const std::string run =
         std::string(HOST_PATH) + " -Mbattery -Q --history-db " + folder / "shared.sqlite3";
     const std::string loop = "(for i in 1 2 3 4 5 6; do " + run + " >/dev/null || echo lost; done)";
-    const auto outcome = folder.shell(loop + " & " + loop + " & wait");
+    std::string all;
+    for (int host = 0; host < hosts; ++host) all += loop + " & ";
+    const auto outcome = folder.shell(all + "wait");
     EXPECT_EQ(outcome.output.find("lost"), std::string::npos) << outcome.output;
     EXPECT_EQ(outcome.output.find("warning"), std::string::npos) << outcome.output;
-    EXPECT_EQ(historyOf(folder, folder / "shared.sqlite3")["batteries"][0]["records"].size(), 12u);
+    EXPECT_EQ(historyOf(folder, folder / "shared.sqlite3")["batteries"][0]["records"].size(),
+              6u * hosts);
 }
 
 TEST(History, AResultBelongsToTheBatteryThatRanIt) {
@@ -93,6 +99,68 @@ TEST(History, AResultBelongsToTheBatteryThatRanIt) {
     EXPECT_EQ(batteries[1]["records"][0]["results"], nlohmann::json::object())
         << "battery 0 was not tested";
 }
+
+TEST(History, TwoHostsRecordingAtOnceBothKeepEveryRun) {
+    recordAtOnce(2);
+}
+
+TEST(History, EightHostsRecordingAtOnceKeepEveryRun) {
+    recordAtOnce(8);
+}
+
+struct ReadRow {
+    const char *name;
+    const char *setUp;   // shell line in the folder; a recorded database is h.sqlite3
+    const char *command; // the host's arguments, or a whole shell line with HOST in it
+    int exitCode;
+    const char *says;    // in the output
+    const char *listing; // `ls -A` of the folder afterwards
+};
+
+// --history reads and never creates; a history that is no regular file is
+// refused before the run; without a place for it the run goes on without.
+const ReadRow kReadRows[] = {
+    {"show a missing file", "", "--history --history-db gone/h.sqlite3", 2,
+     "no history at gone/h.sqlite3", ""},
+    {"show a read only database", "mkdir ro && HOST -Q --history-db ro/h.sqlite3 >/dev/null",
+     "unshare -m sh -c 'mount --bind ro ro && mount -o remount,bind,ro ro && "
+     "HOST --history --json --history-db ro/h.sqlite3'",
+     0, "\"fullChargeWh\": 54.1", "ro\n"},
+    // A device of the test's own: a history gone wrong leaves /dev alone.
+    {"record into a device", "mknod null c 1 3 || echo cannot-set-up", "HOST -Q --history-db null",
+     2, "history null is not a regular file", "null\n"},
+    {"show a folder", "mkdir h", "--history --history-db h", 2, "h is not a regular file", "h\n"},
+    {"no home and no data home", "", "env -u HOME -u XDG_DATA_HOME HOST -Q --report r.html", 0,
+     "warning: no history folder: neither XDG_DATA_HOME nor HOME names one", "r.html\n"},
+};
+
+class HistoryPlaces : public ::testing::TestWithParam<ReadRow> {};
+
+TEST_P(HistoryPlaces, ReadWithoutCreatingAndRefuseWhatIsNoFile) {
+    const ReadRow &row = GetParam();
+    OutputFolder folder;
+    const auto withHost = [](std::string line) {
+        const std::string host = std::string(HOST_PATH) + " -Mbattery";
+        for (size_t at; (at = line.find("HOST")) != std::string::npos;) line.replace(at, 4, host);
+        return line;
+    };
+    const auto made = folder.shell(withHost(row.setUp));
+    if (made.output.find("cannot-set-up") != std::string::npos) GTEST_SKIP() << made.output;
+    ASSERT_EQ(made.exitCode, 0) << made.output;
+    const std::string command = row.command;
+    const auto outcome = command.find("HOST") != std::string::npos ? folder.shell(withHost(command))
+                                                                   : folder.host(command);
+    if (command.rfind("unshare", 0) == 0 && outcome.output.find("unshare") == 0) {
+        GTEST_SKIP() << outcome.output;
+    }
+    EXPECT_EQ(outcome.exitCode, row.exitCode) << outcome.output;
+    EXPECT_NE(outcome.output.find(row.says), std::string::npos) << outcome.output;
+    EXPECT_EQ(folder.shell("ls -A").output, row.listing);
+    EXPECT_FALSE(std::filesystem::exists(folder / "null-journal"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, HistoryPlaces, ::testing::ValuesIn(kReadRows),
+                         NameBy<&ReadRow::name>());
 
 struct UnusableFile {
     const char *name;

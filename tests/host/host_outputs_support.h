@@ -26,7 +26,8 @@ public:
     using Outcome = CommandOutcome;
     Outcome shell(const std::string &line) const {
         const std::string command = "cd " + path_ + " && export XDG_DATA_HOME=" + path_ +
-                                    "/data && { " + line + "; } 2>&1 </dev/null";
+                                    "/data && { " + (line.empty() ? "true" : line) +
+                                    "; } 2>&1 </dev/null";
         return runCommand(command);
     }
     Outcome host(const std::string &arguments) const {

@@ -210,30 +210,68 @@ TEST(Metrics, PassPromtoolAndHoldEveryFigureOfEachBattery) {
         << metrics;
     EXPECT_GE(std::stol(stamp[1]), before) << "seconds since the epoch";
     EXPECT_LE(std::stol(stamp[1]), after);
-    EXPECT_FALSE(std::filesystem::exists(folder / ".fleet.prom.tmp"));
 }
 
-TEST(Outputs, AFolderThatIsNotThereIsAUsageErrorBeforeAnyTestRuns) {
+struct OutputRow {
+    const char *name;
+    const char *setUp;     // shell line run in the folder first
+    const char *arguments; // after -Q --no-history
+    int exitCode;
+    const char *says;
+    bool ran; // whether the quick test ran before the outcome
+};
+
+// A bad output path is a usage error before anything runs; one that fails at
+// the very end has an exit code of its own and names the path and why.
+const OutputRow kOutputRows[] = {
+    {"missing folder", "", "--report gone/x", 2, "no folder 'gone' for gone/x", false},
+    {"empty report path", "", "--report ''", 2, "an empty path names no file", false},
+    {"empty metrics path", "", "--metrics ''", 2, "an empty path names no file", false},
+    {"folder as report", "mkdir out", "--report out", 2, "out is a folder", false},
+    {"scenario as report", "cp " SCENARIO_DIR "/default.json s.json",
+     "--scenario s.json --report s.json", 2, "s.json is the same file as s.json", false},
+    // A device of the test's own, never the machine's /dev/full.
+    {"metrics on a full device", "mknod full c 1 7 || echo cannot-set-up", "--metrics full", 73,
+     "cannot write full: No space left on device", true},
+    {"read only folder", "mkdir ro && unshare -m true 2>/dev/null || echo cannot-set-up", "", 2,
+     "cannot write in folder 'ro' for ro/x: Read-only file system", false},
+};
+
+class OutputPaths : public ::testing::TestWithParam<OutputRow> {};
+
+TEST_P(OutputPaths, AreCheckedBeforeTheRunAndFailuresHaveTheirCode) {
+    const OutputRow &row = GetParam();
     OutputFolder folder;
-    for (const char *option : {"--report", "--metrics"}) {
-        const auto outcome = folder.host(std::string("-Q --no-history ") + option + " gone/x");
-        EXPECT_EQ(outcome.exitCode, 2) << outcome.output;
-        EXPECT_NE(outcome.output.find("no folder 'gone' for gone/x"), std::string::npos)
-            << outcome.output;
-        EXPECT_EQ(outcome.output.find("passed"), std::string::npos) << outcome.output;
+    const auto made = folder.shell(row.setUp);
+    if (made.output.find("cannot-set-up") != std::string::npos) GTEST_SKIP() << made.output;
+    ASSERT_EQ(made.exitCode, 0) << made.output;
+    std::string line = std::string(HOST_PATH) + " -Mbattery -Q --no-history " + row.arguments;
+    // A folder the host may not write even as root: a read-only mount of its own.
+    if (*row.arguments == '\0') {
+        line = "unshare -m sh -c 'mount -t tmpfs none ro && mount -o remount,ro ro && " + line +
+               " --report ro/x'";
     }
+    const auto outcome = folder.shell(line);
+    EXPECT_EQ(outcome.exitCode, row.exitCode) << outcome.output;
+    EXPECT_NE(outcome.output.find(row.says), std::string::npos) << outcome.output;
+    EXPECT_EQ(outcome.output.find("passed") != std::string::npos, row.ran) << outcome.output;
 }
 
-// The final rename fails when a folder stands where the file should go.
-TEST(Outputs, AFileThatCannotBeReplacedLeavesNoTemporaryFile) {
+INSTANTIATE_TEST_SUITE_P(Rows, OutputPaths, ::testing::ValuesIn(kOutputRows),
+                         NameBy<&OutputRow::name>());
+
+TEST(Metrics, EightHostsWritingOneFileLeaveOneWholeFile) {
     OutputFolder folder;
-    for (const char *option : {"--report", "--metrics"}) {
-        std::filesystem::create_directories(folder / "out/kept");
-        const auto outcome = folder.host(std::string("-Q --no-history ") + option + " out");
-        EXPECT_NE(outcome.output.find("cannot replace out"), std::string::npos) << outcome.output;
-        EXPECT_FALSE(std::filesystem::exists(folder / ".out.tmp")) << option;
-        EXPECT_TRUE(std::filesystem::exists(folder / "out/kept")) << option;
-    }
+    const std::string run =
+        std::string(HOST_PATH) +
+        " -Mbattery -Q --no-history --metrics fleet.prom >/dev/null || echo lost";
+    std::string all;
+    for (int host = 0; host < 8; ++host) all += "(" + run + ") & ";
+    const auto outcome = folder.shell(all + "wait");
+    EXPECT_EQ(outcome.output, "");
+    const auto check = folder.shell("promtool check metrics < fleet.prom && ls -A");
+    EXPECT_EQ(check.exitCode, 0) << check.output;
+    EXPECT_EQ(check.output, "fleet.prom\n") << "no temporary left beside it";
 }
 
 TEST(Metrics, EscapeAMachineNameWithQuotesAndBackslashes) {
@@ -248,4 +286,32 @@ TEST(Metrics, EscapeAMachineNameWithQuotesAndBackslashes) {
                   .find("machine=\"emulated notebook 'lab \\\"7\\\" \\\\ desk'\""),
               std::string::npos)
         << fileText(folder / "lab.prom");
+}
+
+// Battery texts are bytes: a name the smart path cuts inside a character and a
+// maker with a terminal's escape in it reach every output as that output can
+// hold them, and none of them ends the host.
+TEST(Outputs, BatteryTextsThatAreNotPlainTextReachEveryOutput) {
+    OutputFolder folder;
+    auto scenario = nlohmann::json::parse(fileText(std::string(SCENARIO_DIR) + "/default.json"));
+    std::string name = "a";
+    for (int i = 0; i < 40; ++i) name += "\xC3\xA9";
+    scenario["batteries"][0]["deviceName"] = name;
+    scenario["batteries"][0]["manufacturer"] = "\x1b]0;owned\x07Maker";
+    std::ofstream(folder / "odd.json") << scenario.dump();
+    const std::string run = "-Q --scenario odd.json --history-db h.sqlite3 ";
+    const auto listed = folder.host(run + "--list --metrics m.prom --report r.html");
+    EXPECT_EQ(listed.exitCode, 0) << listed.output;
+    EXPECT_NE(listed.output.find("\\x1b]0;owned\\x07Maker"), std::string::npos) << listed.output;
+    EXPECT_EQ(listed.output.find('\x1b'), std::string::npos) << "no raw escape on the terminal";
+    for (const std::string &line :
+         {run + "--json", std::string("--history --json --history-db h.sqlite3")}) {
+        const auto shown = folder.host(line);
+        EXPECT_EQ(shown.exitCode, 0) << line << "\n" << shown.output;
+        const auto document = nlohmann::json::parse(shown.output, nullptr, false);
+        EXPECT_FALSE(document.is_discarded()) << line << "\n" << shown.output;
+    }
+    const auto check = folder.shell("promtool check metrics < m.prom");
+    EXPECT_EQ(check.exitCode, 0) << check.output;
+    EXPECT_NE(fileText(folder / "r.html").find("&#39;"), std::string::npos);
 }

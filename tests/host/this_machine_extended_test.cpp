@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "machine_settings/bus_mock.h"
+#include "support/test_name.h"
 
 // The extended diagnostic on this machine: a umockdev testbed of a notebook
 // off AC with a backlight, a mock power-profiles-daemon on a private bus, time
@@ -41,8 +42,10 @@ protected:
         folder_ = ::testing::TempDir() + "this-machine-" +
                   ::testing::UnitTest::GetInstance()->current_test_info()->name() + "/";
         std::system(("rm -rf " + folder_ + " && mkdir -p " + folder_).c_str());
-        // Never the person's own state folder.
+        // Never the person's own state folder, nor the machine's own lock: the
+        // tests of this file may run side by side.
         setenv("XDG_STATE_HOME", (folder_ + "state").c_str(), 1);
+        setenv("BATTERY_HOST_LOCK", (folder_ + "machine.lock").c_str(), 1);
     }
 
     std::string journal() const { return folder_ + "state/battery_host/restore.json"; }
@@ -198,4 +201,168 @@ TEST_F(ThisMachineRun, TheReportNamesWhereSettingsAreReadAndSet) {
     EXPECT_EQ(state["backlight"]["device"], "intel_backlight") << state.dump();
     EXPECT_EQ(state["backlight"]["writtenThrough"], "sysfs");
     EXPECT_EQ(state["powerProfile"], "power-profiles-daemon");
+}
+
+// Two hosts started together, as one person twice or two users (each with a
+// state folder of their own) would: exactly one changes the machine, the other
+// is refused with one line naming it, and the backlight ends where it began.
+class TwoHostsAtOnce : public ThisMachineRun, public ::testing::WithParamInterface<const char *> {};
+
+TEST_P(TwoHostsAtOnce, ExactlyOneRunsAndTheMachineIsPutBack) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const std::string second = folder_ + GetParam();
+    std::string script;
+    for (const std::string &host : {std::string("a"), std::string("b")}) {
+        const std::string state = host == "a" ? folder_ + "state" : second;
+        script += "(XDG_STATE_HOME=" + state + " " + HOST_PATH +
+                  " --this-machine -Mbattery -Ed --yes --duration 5 --time-scale 600 </dev/null "
+                  ">/dev/null 2>" +
+                  folder_ + host + ".errors; echo $? >" + folder_ + host + ".code) & ";
+    }
+    script += "wait; cat /sys/class/backlight/intel_backlight/brightness >" + folder_ + "level";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    const std::string codes = read("a.code") + " " + read("b.code");
+    const std::string errors = read("a.errors") + read("b.errors");
+    EXPECT_TRUE(codes == "1 2" || codes == "2 1") << codes << "\n" << errors;
+    EXPECT_NE(errors.find("another battery_host (process "), std::string::npos) << errors;
+    EXPECT_NE(errors.find(") is running an extended test on this machine"), std::string::npos);
+    EXPECT_EQ(read("level"), kFoundLevel) << errors;
+}
+
+INSTANTIATE_TEST_SUITE_P(StateFolders, TwoHostsAtOnce, ::testing::Values("state", "other-state"),
+                         [](const auto &info) { return testName(info.param); });
+
+struct JournalRow {
+    const char *name;
+    const char *journal;
+    bool readOnlyState; // the state folder mounted read-only
+    const char *level;  // the backlight after the start
+    const char *says;
+};
+
+// What a start does with a journal a dead run left: replayed once, and only
+// values the device can take; one that cannot be removed is not replayed.
+const JournalRow kJournalRows[] = {
+    {"replayed and removed", R"({"backlight":{"device":"intel_backlight","raw":300},"pid":999999})",
+     false, "300", "backlight intel_backlight put back to 300 of 937 (was 500)"},
+    {"read only state folder",
+     R"({"backlight":{"device":"intel_backlight","raw":300},"pid":999999})", true, kFoundLevel,
+     "cannot be removed (Read-only file system); it is not replayed"},
+    {"level beyond the maximum",
+     R"({"backlight":{"device":"intel_backlight","raw":5000},"pid":999999})", false, kFoundLevel,
+     "the journal's level 5000 is beyond intel_backlight's 937; its level is left as it is"},
+    {"profile the daemon does not offer",
+     R"({"profile":{"source":"power-profiles-daemon","name":"turbo"},"pid":999999})", false,
+     kFoundLevel, "could not put back power profile turbo"},
+};
+
+class JournalLeft : public ThisMachineRun, public ::testing::WithParamInterface<JournalRow> {};
+
+TEST_P(JournalLeft, IsReplayedAtMostOnceAndOnlyWithValuesTheDeviceTakes) {
+    const JournalRow &row = GetParam();
+    // A read-only mount of its own needs a mount namespace (root, or a CI that allows one).
+    if (row.readOnlyState && std::system("unshare -m true 2>/dev/null") != 0) {
+        GTEST_SKIP() << "no mount namespace here";
+    }
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const std::string folder = folder_ + "state/battery_host";
+    std::system(("mkdir -p " + folder).c_str());
+    std::ofstream(journal()) << row.journal;
+    std::string script;
+    for (const std::string start : {"1", "2"}) {
+        std::string line = std::string(HOST_PATH) +
+                           " --this-machine -Mbattery --list >/dev/null 2>" + folder_ + start;
+        if (row.readOnlyState) {
+            line = "unshare -m sh -c \"mount --bind " + folder + " " + folder +
+                   " && mount -o remount,bind,ro " + folder + " && " + line + "\"";
+        }
+        script += line + "; ";
+    }
+    script += "cat /sys/class/backlight/intel_backlight/brightness >" + folder_ + "level";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    EXPECT_EQ(read("level"), row.level) << read("1");
+    EXPECT_NE(read("1").find(row.says), std::string::npos) << read("1");
+    // The second start finds nothing left to replay, or says again why not.
+    EXPECT_EQ(read("2").find(row.readOnlyState ? "put back to" : "restore journal"),
+              std::string::npos)
+        << read("2");
+    EXPECT_EQ(journalLeft(), row.readOnlyState);
+}
+
+INSTANTIATE_TEST_SUITE_P(Journals, JournalLeft, ::testing::ValuesIn(kJournalRows),
+                         NameBy<&JournalRow::name>());
+
+// A power-profiles daemon that stops answering mid-run (SIGSTOP): each call
+// gives up after a few seconds, the run ends, and the backlight is put back.
+TEST_F(ThisMachineRun, AFrozenProfileDaemonCostsSecondsNotMinutes) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const std::string script =
+        "(sleep 0.3; kill -STOP " + std::to_string(daemon.pid()) + ") & timeout 90 " + HOST_PATH +
+        " --this-machine -Mbattery -Ed --yes --duration 5 --time-scale 600 </dev/null >/dev/null "
+        "2>" +
+        folder_ + "errors; echo $? >" + folder_ + "code; cat " +
+        "/sys/class/backlight/intel_backlight/brightness >" + folder_ + "level";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    EXPECT_NE(read("code"), "124") << "still waiting on the daemon after 90 s: " << read("errors");
+    EXPECT_EQ(read("level"), kFoundLevel) << read("errors");
+    EXPECT_FALSE(journalLeft());
+}
+
+// The backlight goes away a second into the sweep and comes back two seconds
+// later, while a second one the run never took stays: the run changes only
+// the one it took, and puts it back to its exact level when it is back.
+TEST_F(ThisMachineRun, ABacklightThatGoesAndComesBackIsPutBackAndNoOtherIsTouched) {
+    bus_mock::Service daemon("net.hadess.PowerProfiles", {"-t", "power_profiles_daemon"},
+                             ::testing::TempDir());
+    const std::string script =
+        "other=$UMOCKDEV_DIR/sys/devices/zz_backlight; mkdir -p $other && echo 440 "
+        ">$other/brightness && echo 1000 >$other/max_brightness && echo raw >$other/type && "
+        "ln -s ../../devices/zz_backlight $UMOCKDEV_DIR/sys/class/backlight/zz_backlight; " +
+        std::string(HOST_PATH) +
+        " --this-machine -Mbattery -Ed --yes --duration 5 --time-scale 60 </dev/null >/dev/null "
+        "2>" +
+        folder_ +
+        "errors & pid=$!; sleep 1; "
+        "mv $UMOCKDEV_DIR/sys/class/backlight/intel_backlight $UMOCKDEV_DIR/away; sleep 2; "
+        "mv $UMOCKDEV_DIR/away $UMOCKDEV_DIR/sys/class/backlight/intel_backlight; wait $pid; "
+        "cat /sys/class/backlight/intel_backlight/brightness >" +
+        folder_ +
+        "level; "
+        "cat $other/brightness >" +
+        folder_ + "other";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    EXPECT_EQ(read("level"), kFoundLevel) << read("errors");
+    EXPECT_EQ(read("other"), "440") << "a backlight the run never took is left alone";
+}
+
+// A firmware profile whose name is not UTF-8 (no daemon runs): the journal
+// holds it as well as JSON can, the run ends by itself, and nothing of the
+// journal is left behind.
+TEST_F(ThisMachineRun, AProfileNameThatIsNotTextEndsNoRun) {
+    const std::string script =
+        "acpi=$UMOCKDEV_DIR/sys/firmware/acpi; mkdir -p $acpi && printf \"\\377quiet\\n\" "
+        ">$acpi/platform_profile && echo \"balanced performance\" "
+        ">$acpi/platform_profile_choices; " +
+        std::string(HOST_PATH) +
+        " --this-machine -Mbattery -Ed --yes --duration 5 --time-scale 600 </dev/null >/dev/null "
+        "2>" +
+        folder_ + "errors; echo $? >" + folder_ + "code; ls -A " + folder_ +
+        "state/battery_host >" + folder_ + "left";
+    std::system(("ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" umockdev-run -d " +
+                 std::string(kTestbed) + " -- sh -c '" + script + "'")
+                    .c_str());
+    EXPECT_NE(read("code"), "134") << read("errors");
+    EXPECT_EQ(read("errors").find("terminate"), std::string::npos) << read("errors");
+    EXPECT_EQ(read("left"), "");
 }

@@ -108,7 +108,11 @@ public:
             std::this_thread::sleep_for(std::chrono::milliseconds(25));
         }
     }
-    ~Service() { stop(pid_); }
+    ~Service() {
+        kill(pid_, SIGCONT);
+        stop(pid_);
+    }
+    pid_t pid() const { return pid_; }
     Service(const Service &) = delete;
     Service &operator=(const Service &) = delete;
 

@@ -53,6 +53,13 @@ void Testbed::remove(const std::string &supply, const std::string &attribute) {
     std::remove(attributePath(supply, attribute).c_str());
 }
 
+void Testbed::addSupply(const std::string &supply, const std::string &type,
+                        const std::string &scope) {
+    umockdev_testbed_add_device(testbedOf(testbed_), "power_supply", supply.c_str(), nullptr,
+                                "type", type.c_str(), "scope", scope.c_str(), "present", "1",
+                                nullptr, nullptr);
+}
+
 void runUnderUmockdev(char **argv) {
     const char *preload = std::getenv("LD_PRELOAD");
     if (preload != nullptr && std::string(preload).find("umockdev-preload") != std::string::npos) {

@@ -18,6 +18,9 @@ public:
     // attribute away.
     void set(const std::string &supply, const std::string &attribute, const std::string &text);
     void remove(const std::string &supply, const std::string &attribute);
+    // Adds a supply of the given type and scope, as a docked mouse or an
+    // adapter would bring one.
+    void addSupply(const std::string &supply, const std::string &type, const std::string &scope);
 
 private:
     std::string attributePath(const std::string &supply, const std::string &attribute) const;

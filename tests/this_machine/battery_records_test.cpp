@@ -137,6 +137,8 @@ INSTANTIATE_TEST_SUITE_P(
         ChangeRow{"UnknownTechnology", "energy-with-adapter", "technology", "Plutonium", "info=-"},
         ChangeRow{"TemperatureInWords", "energy-with-adapter", "temp", "hot", "|temp=-"},
         ChangeRow{"BelowAbsoluteZero", "energy-with-adapter", "temp", "-99999", "|temp=-"},
+        ChangeRow{"TemperatureAtTheTopOf64Bits", "energy-with-adapter", "temp",
+                  "9223372036854775807", "|temp=-"},
         ChangeRow{"ThirteenthMonth", "energy-with-adapter", "manufacture_month", "13", "|date=-"},
         ChangeRow{"EmptyDay", "energy-with-adapter", "manufacture_day", "", "|date=-"},
         ChangeRow{"VoltageWithUnit", "energy-with-adapter", "voltage_now", "12 V", "|status=-"},

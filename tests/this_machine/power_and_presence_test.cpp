@@ -59,6 +59,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "ac=0 flag=1 percent=100"},
         PowerRow{"Critical", "sparse-battery", "BAT0", "energy_now", "1000000", 1,
                  "ac=0 flag=4 percent=2"},
+        PowerRow{"EnergyAtTheTopOf64Bits", "sparse-battery", "BAT0", "energy_now",
+                 "9223372036854775807", 1, "ac=0 flag=1 percent=100"},
         PowerRow{"NoSystemBattery", "peripheral-battery", "BAT0", "scope", "Device", 0,
                  "ac=0 flag=128 percent=255"},
         // A USB-C supply is the adapter as much as a mains one.
@@ -69,7 +71,12 @@ INSTANTIATE_TEST_SUITE_P(
                  "ac=0 flag=1 percent=75"},
         PowerRow{"CablePlugged", "two-batteries", "AC", "online", "1", 2, "ac=1 flag=9 percent=75"},
         PowerRow{"OnlineInWords", "two-batteries", "AC", "online", "yes", 2, "fails"},
-        PowerRow{"PercentBeyondHundred", "two-batteries", "BAT1", "capacity", "151", 2, "fails"}),
+        // A battery's percent that cannot be right falls back to its energy
+        // now against full; the AC line stays whatever it says.
+        PowerRow{"PercentBeyondHundred", "two-batteries", "BAT1", "capacity", "151", 2,
+                 "ac=0 flag=1 percent=75"},
+        PowerRow{"PercentNotANumber", "two-batteries", "BAT1", "capacity", "-NaN", 2,
+                 "ac=0 flag=1 percent=75"}),
     [](const auto &info) { return std::string(info.param.name); });
 
 TEST_F(ThisMachineTest, EveryRequestReadsTheMachineAsItIsThen) {

@@ -2,13 +2,17 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "atomic_file.h"
+#include "machine_lock.h"
+#include "text_escape.h"
 #include "machine_settings/settings_snapshot.h"
 
 namespace {
@@ -64,37 +68,63 @@ std::optional<long> livingWriter(const nlohmann::json &entries) {
     return pid.get<long>();
 }
 
+// A journal is moved out of its place before it is replayed, so that it is
+// replayed at most once: one that cannot be moved (a read-only state folder)
+// would reset at every start what the person has set since. Empty when moved.
+std::string claim(const std::string &journal, const std::string &claimed) {
+    if (std::rename(journal.c_str(), claimed.c_str()) == 0) return "";
+    return journal + " cannot be removed (" + std::strerror(errno) +
+           "); it is not replayed, so that it cannot undo at every start what was set since; "
+           "remove it once the machine is as it should be";
+}
+
 } // namespace
 
 std::vector<std::string> RestoreJournal::replayLeft() {
+    // While another host runs an extended test, the machine is its to put back.
+    if (!machine_lock::take().empty()) return {};
+    struct Release {
+        ~Release() { machine_lock::release(); }
+    } release;
     std::string error;
     const std::optional<nlohmann::json> entries = read(error);
     if (!entries) return error.empty() ? std::vector<std::string>() : std::vector{error};
     if (livingWriter(*entries)) return {};
+    const std::string claimed = path() + ".replaying";
+    if (const std::string refused = claim(path(), claimed); !refused.empty()) {
+        return {refused};
+    }
     std::vector<std::string> lines = {"a run ended before it could put this machine back"};
     const std::vector<std::string> done = machine_settings::putBack(fromJson(*entries));
     lines.insert(lines.end(), done.begin(), done.end());
     if (done.empty()) lines.push_back("the machine was already as the journal recorded it");
-    remove();
+    std::remove(claimed.c_str());
     return lines;
 }
 
 bool RestoreJournal::record(std::string &error) {
+    // Held from before the journal is looked at until the machine is back.
+    error = machine_lock::take();
+    if (!error.empty()) return false;
     std::string readError;
     if (const std::optional<nlohmann::json> left = read(readError)) {
         if (const std::optional<long> writer = livingWriter(*left)) {
             error = "another battery_host (process " + std::to_string(*writer) +
                     ") is running an extended test on this machine";
+            machine_lock::release();
             return false;
         }
     }
     nlohmann::json entries = toJson(machine_settings::takeSnapshot());
     entries["pid"] = static_cast<long>(getpid());
-    return write(entries, error);
+    if (write(entries, error)) return true;
+    machine_lock::release();
+    return false;
 }
 
 void RestoreJournal::close() {
     remove();
+    machine_lock::release();
 }
 
 std::string RestoreJournal::path() {
@@ -116,7 +146,7 @@ bool RestoreJournal::write(const nlohmann::json &entries, std::string &error) {
     }
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(file).parent_path(), ignored);
-    error = writeFileAtomically(file, entries.dump(2) + '\n');
+    error = writeFileAtomically(file, text_escape::json(entries, 2) + '\n');
     return error.empty();
 }
 

@@ -93,6 +93,37 @@ void RefreshOnTwoBatteries(benchmark::State &state) {
 }
 BENCHMARK(RefreshOnTwoBatteries)->Unit(benchmark::kMillisecond);
 
+// One power status on a machine with many supplies besides its batteries
+// (peripherals' batteries, adapters of a dock): the files read per request
+// and per supply, which must stay flat as the supplies grow.
+void PowerStatusOverManySupplies(benchmark::State &state) {
+    Testbed testbed("two-batteries");
+    if (!testbed.ok()) {
+        state.SkipWithError("testbed two-batteries does not load");
+        return;
+    }
+    const int64_t extra = state.range(0);
+    for (int64_t i = 0; i < extra; ++i) {
+        testbed.addSupply("hidpp_battery_" + std::to_string(i), "Battery", "Device");
+    }
+    platform_layer::useMachine(&platform_layer::thisMachine());
+    const platform_layer::SysfsReadCounts before = platform_layer::sysfsReadCounts();
+    for (auto _ : state) {
+        platform_layer::SystemPower power;
+        benchmark::DoNotOptimize(platform_layer::thisMachine().systemPower(&power));
+    }
+    const platform_layer::SysfsReadCounts after = platform_layer::sysfsReadCounts();
+    const double requests = static_cast<double>(state.iterations());
+    const double reads = static_cast<double>(after.reads - before.reads) / requests;
+    state.counters["supplies"] = static_cast<double>(extra + 3);
+    state.counters["sysfs reads/request"] = reads;
+    state.counters["reads/supply"] = reads / static_cast<double>(extra + 3);
+    state.counters["repeated reads/request"] =
+        static_cast<double>(after.repeatedReads - before.repeatedReads) / requests;
+    platform_layer::useMachine(nullptr);
+}
+BENCHMARK(PowerStatusOverManySupplies)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+
 } // namespace
 
 int main(int argc, char **argv) {
