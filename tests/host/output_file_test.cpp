@@ -125,6 +125,19 @@ TEST(OutputFile, AStreamIsWrittenInPlaceNeverReplaced) {
     EXPECT_TRUE(fs::is_fifo(folder / "pipe"));
 }
 
+// A folder that takes the file's place between the check and the rename
+// (the seam stands in for that race): the rename fails, the error names the
+// path, and the temporary goes with it.
+TEST(OutputFile, AFailedRenameLeavesNoTemporary) {
+    OutputFolder folder;
+    ASSERT_EQ(folder.shell("mkdir -p out/kept").exitCode, 0);
+    const output_file::Target raced{folder / "out", output_file::Kind::Regular, ""};
+    const std::string error = output_file::writeTo(folder / "out", raced, "new");
+    EXPECT_NE(error.find(folder / "out"), std::string::npos) << error;
+    EXPECT_EQ(leftovers(folder), 0);
+    EXPECT_TRUE(fs::exists(folder / "out/kept"));
+}
+
 TEST(OutputFile, TheTemporaryNameFitsTheFolderAndTellsWhoseItIs) {
     EXPECT_EQ(output_file::temporaryPrefix("fleet.prom", 255), ".fleet.prom.battery_host-");
     EXPECT_EQ(output_file::temporaryPrefix(kLong, 255).size() + 6, 255u);
