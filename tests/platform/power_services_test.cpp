@@ -122,5 +122,6 @@ TEST(BatteryCharge, AcStateOnlyWithABattery) {
     // Each battery is asked; an empty second slot does not hide the first.
     useScenarioText(
         R"({"name": "bay", "batteries": [{"slot": 0}, {"slot": 1, "present": false}]})");
-    EXPECT_TRUE(newPowerManager()->isBatteryPresent());
+    power.reset(newPowerManager());
+    EXPECT_TRUE(power->isBatteryPresent());
 }
